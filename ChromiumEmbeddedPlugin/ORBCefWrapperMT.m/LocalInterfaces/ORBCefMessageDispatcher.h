@@ -1,0 +1,27 @@
+// What the browser side does with the named messages of a render process: one table of name and
+// operation, compared in its order. Engine's UI thread, under the lock of the view; no state.
+#ifndef ORBCEF_MESSAGE_DISPATCHER_H
+#define ORBCEF_MESSAGE_DISPATCHER_H
+
+#include "ORBCefBrowserEvents.h"
+#include "ORBCefViewSettings.h"
+#include "include/cef_browser.h"
+#include "include/cef_values.h"
+
+// What the operations work on, lent for one dispatch.
+struct ORBCefMessageContext {
+  CefRefPtr<CefBrowser> browser;
+  CefRefPtr<CefListValue> arguments;
+  const ORBCefBrowserEvents& events;
+  ORBCefViewSettings& settings;
+};
+
+namespace ORBCefMessageDispatcher {
+
+// True if the message was acted on. A message of a wrong shape is not reported: a missing argument
+// reads as the zero value of its type.
+bool Dispatch(const CefString& name, const ORBCefMessageContext& context);
+
+}  // namespace ORBCefMessageDispatcher
+
+#endif  // ORBCEF_MESSAGE_DISPATCHER_H

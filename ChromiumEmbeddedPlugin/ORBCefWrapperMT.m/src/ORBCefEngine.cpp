@@ -1,0 +1,158 @@
+#include "ORBCefEngine.h"
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <utility>
+
+#include "ORBCefLivingBrowsers.h"
+#include "ORBCefLocale.h"
+#include "ORBCefLog.h"
+#include "ORBCefSettings.h"
+#include "ORBCefToolsAccessor.h"
+#include "include/base/cef_build.h"
+#include "platform/Process.h"
+
+#if defined(OS_WIN)
+// The header of this function differs between the engine's versions; the function does not.
+extern "C" void cef_enable_highdpi_support(void);
+#endif
+
+namespace {
+
+constexpr std::uint32_t kEngineLockSpinCount = 2000;
+
+// What there is once in a process. Made when the library is loaded, gone when it is unloaded; an
+// application object that a host left behind is released then.
+struct State {
+  platform::Lock lock{kEngineLockSpinCount};
+  std::atomic<bool> initialized{false};
+  // The engine's own state is not made for a second start.
+  bool stopped = false;
+  CefRefPtr<ORBCefApp> app;
+  // Kept as an 8-bit text: its end must not need the engine.
+  std::string language;
+};
+State g_engine;
+
+constexpr char kNoHelper[] =
+    "The engine is not started: the helper executable is below no root of ORBInstallPath.";
+
+// Without a helper the engine takes the host's own executable for its sub-processes: it would start
+// copies of the host over and over, and end the host when none of them serves.
+bool CallInitialize(const CefMainArgs& args, const CefSettings& settings, CefRefPtr<CefApp> app) {
+  if (settings.browser_subprocess_path.length == 0) {
+    ORBCefLog::Error(ORBCefLog::kBrowserProcess, kNoHelper);
+    return false;
+  }
+  return CefInitialize(args, settings, app, nullptr);
+}
+
+constexpr char kSecondStart[] =
+    "The engine was shut down and cannot be started again in this process.";
+constexpr char kLivingBrowsers[] = "The engine is shut down while browsers have not closed.";
+
+// The engine faults when it is stopped before it has come up.
+class StartedEvent {
+ public:
+  void Set() {
+    const std::lock_guard<std::mutex> guard(_mutex);
+    _is_set = true;
+    _changed.notify_all();
+  }
+  void WaitFor(std::chrono::seconds limit) {
+    std::unique_lock<std::mutex> lock(_mutex);
+    _changed.wait_for(lock, limit, [this] { return _is_set; });
+  }
+
+ private:
+  std::mutex _mutex;
+  std::condition_variable _changed;
+  bool _is_set = false;
+};
+StartedEvent g_started;
+
+// Far longer than a start takes; a stop that is asked for must come to its end in any case.
+constexpr std::chrono::seconds kStartLimit{10};
+
+// The engine also faults when it is stopped while browsers live. A host that closes its views hears
+// nothing of their end, so this waits for it.
+void CallShutdown() {
+  g_started.WaitFor(kStartLimit);
+  if (!ORBCefLivingBrowsers::Instance().CloseAllAndWait())
+    ORBCefLog::Error(ORBCefLog::kBrowserProcess, kLivingBrowsers);
+  CefShutdown();
+}
+
+}  // namespace
+
+const ORBCefEngine::Calls& ORBCefEngine::EngineCalls() {
+  static constexpr Calls calls{&CallInitialize, &CallShutdown};
+  return calls;
+}
+
+void ORBCefEngine::InitializeEngine(const Calls& calls) {
+  if (g_engine.initialized)
+    return;
+  if (g_engine.stopped) {
+    ORBCefLog::Error(ORBCefLog::kBrowserProcess, kSecondStart);
+    return;
+  }
+  if (platform::IsDpiAware())
+    EnableHighDpiSupport();
+  g_engine.language = ComputeLocaleTag();
+
+  // Without an instance handle or arguments: the host's command line is not the engine's.
+  const CefMainArgs args;
+  CefSettings settings;
+  FillSettings(settings);
+  if (!g_engine.app)
+    g_engine.app = new ORBCefApp(ProcessKind::kBrowser);
+  g_engine.initialized = calls.initialize(args, settings, g_engine.app);
+  g_engine.app->SetRecordMode(ORBCefToolsAccessor::GetRecordMode());
+}
+
+void ORBCefEngine::ShutdownEngine(const Calls& calls) {
+  std::lock_guard<platform::Lock> guard(g_engine.lock);
+  if (!g_engine.initialized)
+    return;
+  g_engine.initialized = false;
+  g_engine.stopped = true;
+  g_engine.app = nullptr;
+  calls.shutdown();
+}
+
+void ORBCefEngine::OnStarted() {
+  g_started.Set();
+}
+
+bool ORBCefEngine::IsInitialized() {
+  return g_engine.initialized;
+}
+
+CefString ORBCefEngine::Language() {
+  return CefString(g_engine.language);
+}
+
+platform::Lock& ORBCefEngine::Lock() {
+  return g_engine.lock;
+}
+
+CefRefPtr<ORBCefApp> ORBCefEngine::App() {
+  return g_engine.app;
+}
+
+std::string ORBCefEngine::ComputeLocaleTag() {
+  return ORBCefLocale::ComputeLocaleTag();
+}
+
+void ORBCefEngine::FillSettings(CefSettings& settings) {
+  ORBCefSettings::Fill(settings, Language());
+}
+
+void ORBCefEngine::EnableHighDpiSupport() {
+#if defined(OS_WIN)
+  cef_enable_highdpi_support();
+#endif
+}

@@ -1,0 +1,106 @@
+#include "ORBCefLivingBrowsers.h"
+
+#include <iterator>
+#include <vector>
+
+#include "ORBCefTask.h"
+
+namespace {
+
+// The engine's start hands work from thread to thread, and the engine faults now and then when it
+// is shut down before that is over. So the shutdown's turn goes the same round first.
+constexpr CefThreadId kStations[] = {TID_UI,
+                                     TID_FILE_BACKGROUND,
+                                     TID_FILE_USER_VISIBLE,
+                                     TID_FILE_USER_BLOCKING,
+                                     TID_PROCESS_LAUNCHER,
+                                     TID_IO,
+                                     TID_UI};
+
+}  // namespace
+
+ORBCefLivingBrowsers& ORBCefLivingBrowsers::Instance() {
+  // Never destroyed: a task that the engine runs late may still refer to it.
+  static ORBCefLivingBrowsers* const instance = new ORBCefLivingBrowsers();
+  return *instance;
+}
+
+void ORBCefLivingBrowsers::Add(const CefRefPtr<CefBrowser>& browser) {
+  const int id = browser->GetIdentifier();
+  const std::lock_guard<std::mutex> guard(_lock);
+  _browsers.emplace(id, browser);
+}
+
+void ORBCefLivingBrowsers::Remove(const CefRefPtr<CefBrowser>& browser) {
+  const int id = browser->GetIdentifier();
+  // Released after the lock: it may be the last reference.
+  CefRefPtr<CefBrowser> removed;
+  const std::lock_guard<std::mutex> guard(_lock);
+  const auto found = _browsers.find(id);
+  if (found == _browsers.end()) {
+    return;
+  }
+  removed = found->second;
+  _browsers.erase(found);
+  _changed.notify_all();
+}
+
+size_t ORBCefLivingBrowsers::Size() const {
+  const std::lock_guard<std::mutex> guard(_lock);
+  return _browsers.size();
+}
+
+void ORBCefLivingBrowsers::CloseAll() {
+  std::vector<CefRefPtr<CefBrowser>> browsers;
+  {
+    const std::lock_guard<std::mutex> guard(_lock);
+    for (const auto& [id, browser] : _browsers) {
+      browsers.push_back(browser);
+    }
+  }
+  for (const CefRefPtr<CefBrowser>& browser : browsers) {
+    if (const CefRefPtr<CefBrowserHost> host = browser->GetHost()) {
+      host->CloseBrowser(true);
+    }
+  }
+}
+
+void ORBCefLivingBrowsers::EndClose() {
+  const std::lock_guard<std::mutex> guard(_lock);
+  _is_close_pending = false;
+  _changed.notify_all();
+}
+
+bool ORBCefLivingBrowsers::PassOn(size_t station) {
+  return ORBCefPost(kStations[station], [this, station] {
+    if (station + 1 == std::size(kStations)) {
+      CloseAll();
+      EndClose();
+    } else if (!PassOn(station + 1)) {
+      EndClose();
+    }
+  });
+}
+
+bool ORBCefLivingBrowsers::CloseAllAndWait(std::chrono::milliseconds limit) {
+  // A second round, since the end of a browser too leaves work on the engine's threads.
+  return GoRound(limit) && GoRound(limit);
+}
+
+bool ORBCefLivingBrowsers::GoRound(std::chrono::milliseconds limit) {
+  {
+    const std::lock_guard<std::mutex> guard(_lock);
+    _is_close_pending = true;
+  }
+  if (!PassOn(0)) {
+    EndClose();
+    return true;
+  }
+  return WaitForNone(limit);
+}
+
+bool ORBCefLivingBrowsers::WaitForNone(std::chrono::milliseconds limit) {
+  std::unique_lock<std::mutex> guard(_lock);
+  return _changed.wait_for(guard, limit,
+                           [this] { return !_is_close_pending && _browsers.empty(); });
+}
