@@ -1,0 +1,197 @@
+// The smallest useful host: one window, one web view, no services but those that every host owes.
+// Read it from the bottom: `main` goes through the steps of orbcefglobal.h in their order.
+//
+//   orbcef_minimal_host ROOT [URL]
+//
+// ROOT is an installation root: ROOT/code/bin holds the module, its helper and the engine. The
+// program needs a DISPLAY, and ends when its window is closed.
+
+// For setenv in strict C11.
+#define _POSIX_C_SOURCE 200809L
+
+#include <X11/Xlib.h>
+#include <dlfcn.h>
+#include <pthread.h>
+#include <stdint.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
+#include "orbcefglobal.h"
+
+static pthread_t g_main_thread;
+
+// ---- The host's services, see orbceftools.h for their meaning and threads. A service that this
+// host does not have answers 0 or null; no slot may be left empty.
+
+// A text that the host hands over: the module frees it through the function in its last field.
+static void free_text(orbcefstring_c* text) {
+  free(text);
+}
+
+static orbcefstring_c* new_text(const char* bytes) {
+  const size_t length = strlen(bytes);
+  orbcefstring_c* text = malloc(sizeof(*text) + length);
+  if (text) {
+    text->data = memcpy((char*)(text + 1), bytes, length);
+    text->length = length;
+    text->free = free_text;
+  }
+  return text;
+}
+
+static int32_t put_env(const char* assignment) {
+  char name[256] = {0};
+  const char* equals = strchr(assignment, '=');
+  if (!equals || (size_t)(equals - assignment) >= sizeof(name)) {
+    return -1;
+  }
+  memcpy(name, assignment, (size_t)(equals - assignment));
+  return setenv(name, equals + 1, 1);
+}
+
+// clang-format off
+static uint8_t on_main_thread(void) { return pthread_equal(pthread_self(), g_main_thread) != 0; }
+static const char* get_env(const char* name) { return getenv(name); }
+static const char* language(void) { return "English"; }
+static orbcefstring_c* temp_directory(void) { return new_text("/tmp"); }
+static orbceftypes_recordmode record_mode(void) { return ORBCEF_RECORDMODE_NONE; }
+static uint8_t no(void) { return 0; }
+static int32_t zero(void) { return 0; }
+static orbcefstring_c* no_text(void) { return NULL; }
+static orbcefstring_c* no_text_for(const char* place, const char* key) { return NULL; }
+static orbcefstring_c* no_file(orbcefstring_c* url) { return NULL; }
+static orbcefstring_c* no_saving(const char* store, const char* key, orbcefstring_c* value) {
+  return new_text("new Error('This host keeps no preferences.')");
+}
+static uint8_t no_directory(orbcefstring_c* path) { return 0; }
+static uint8_t no_setting(const char* file, const char* key, int32_t* value) { return 0; }
+static uint8_t no_json(orbcefstring_c* json, orbcefstring_c** keys, orbcefstring_c** values,
+                       int32_t count) { return 0; }
+static uint8_t no_task(void (*task)(void*), void* data) { return 0; }
+
+static _orbceftools_c g_tools = {
+    on_main_thread, get_env,     put_env,     language,   zero,
+    no_text_for,    temp_directory, no_directory, no,     no,
+    record_mode,    no_json,     no_text,     no_file,    no_saving,
+    no_text_for,    no_text_for, no_setting,  no_task,    no};
+// clang-format on
+
+// ---- The view's events. They come on the engine's UI thread: copy, and never wait there. The
+// table is static, so its references need no counting.
+
+static void on_state(orbcefbrowserevents_c* self, int32_t state) {
+  printf("state %d\n", (int)state);
+}
+
+static void on_text(orbcefbrowserevents_c* self, const orbcefstring_c* text) {
+  printf("page %.*s\n", (int)text->length, text->data ? text->data : "");
+}
+
+static void on_strings(orbcefbrowserevents_c* self, const orbcefstring_c* const* strings,
+                       int32_t count) {
+  for (int32_t i = 0; i < count; ++i) {
+    on_text(self, strings[i]);
+  }
+}
+
+static void on_auth(orbcefbrowserevents_c* self, const orbcefstring_c* origin, uint8_t is_proxy,
+                    const orbcefstring_c* host, int32_t port, orbcefauthcallback_c* callback) {
+  callback->cancel(callback);
+}
+
+// clang-format off
+static void on_loading(orbcefbrowserevents_c* self, uint8_t loading, const orbcefstring_c* url) {
+  printf("loading %s\n", loading ? "began" : "ended");
+}
+static void uncounted(orbcefbrowserevents_c* self) {}
+static void on_byte(orbcefbrowserevents_c* self, uint8_t value) {}
+static void on_size(orbcefbrowserevents_c* self, int32_t width, int32_t height) {}
+static void on_zoom(orbcefbrowserevents_c* self, double change) {}
+static void on_console(orbcefbrowserevents_c* self, const orbcefstring_c* text,
+                       const orbcefstring_c* source, int32_t line) {}
+static void on_download(orbcefbrowserevents_c* self, uint32_t id, int64_t received, int64_t total,
+                        int64_t speed, uint8_t complete) {}
+
+static orbcefbrowserevents_c g_events = {
+    NULL,        uncounted,  uncounted, on_state, on_byte,    on_strings, on_text, on_text,
+    on_download, on_loading, NULL,      on_size,  on_console, on_zoom,    on_text, on_auth};
+// clang-format on
+
+int main(int argc, char** argv) {
+  if (argc < 2) {
+    fprintf(stderr, "usage: %s ROOT [URL]\n", argv[0]);
+    return 2;
+  }
+  const char* url = argc > 2 ? argv[2] : "xortv://webapps/Welcome/index.html";
+  char path[4096];
+  snprintf(path, sizeof(path), "%s/code/bin/libORBCefWrapperMT.so", argv[1]);
+  setenv("ORBInstallPath", argv[1], 1);
+  setvbuf(stdout, NULL, _IOLBF, 0);
+  g_main_thread = pthread_self();
+
+  // 1. and 2.: load the module by name and ask its factory for the one table.
+  void* module = dlopen(path, RTLD_NOW | RTLD_LOCAL);
+  if (!module) {
+    fprintf(stderr, "%s\n", dlerror());
+    return 3;
+  }
+  orbcef_pluginfactory_fn factory = (orbcef_pluginfactory_fn)dlsym(module, ORBCEF_FACTORY_SYMBOL);
+  orbcefglobal_c* global =
+      factory ? factory(ORBCEF_PLUGIN_MAJOR, ORBCEF_PLUGIN_MINOR, ORBCEF_GLOBAL_TABLE) : NULL;
+  if (!global) {
+    fprintf(stderr, "%s is not a module for this host\n", path);
+    return 4;
+  }
+
+  // 3.: hand over the services.
+  global->set_tools(global, &g_tools);
+
+  // A window to put the view in.
+  Display* display = XOpenDisplay(NULL);
+  if (!display) {
+    fprintf(stderr, "no display\n");
+    return 10;
+  }
+  const int32_t rect[4] = {0, 0, 1024, 768};
+  Window window = XCreateSimpleWindow(display, DefaultRootWindow(display), rect[0], rect[1],
+                                      (unsigned)rect[2], (unsigned)rect[3], 0, 0, 0xFFFFFF);
+  Atom delete_window = XInternAtom(display, "WM_DELETE_WINDOW", False);
+  XSetWMProtocols(display, window, &delete_window, 1);
+  XSelectInput(display, window, StructureNotifyMask | SubstructureNotifyMask);
+  XStoreName(display, window, "orbcef_minimal_host");
+  XMapWindow(display, window);
+  XFlush(display);
+
+  // 4. and 5.: the first view starts the engine; its browser comes later, see `on_state`.
+  orbcefstring_c home = {(char*)url, strlen(url), NULL};
+  orbcefbrowser_c* view = global->create_browser(global, &g_events, NULL, &home);
+  view->create(view, (void*)(uintptr_t)window, rect, &home);
+
+  // 6.: the user's request closes the view. The engine then destroys the view's window, and until
+  // it has done so the window around it must stay.
+  Window view_window = 0;
+  int closed = 0;
+  while (!closed) {
+    XEvent event;
+    XNextEvent(display, &event);
+    if (event.type == ConfigureNotify && event.xconfigure.window == window && view) {
+      const int32_t size[4] = {0, 0, event.xconfigure.width, event.xconfigure.height};
+      view->set_bounds(view, size);
+    } else if (event.type == ClientMessage && (Atom)event.xclient.data.l[0] == delete_window &&
+               view) {
+      view_window = (Window)(uintptr_t)view->get_window(view);
+      view->close(view, 1);
+      view->release(view);
+      view = NULL;
+      closed = view_window == 0;
+    } else if (event.type == DestroyNotify && event.xdestroywindow.window == view_window) {
+      closed = 1;
+    }
+  }
+  XCloseDisplay(display);
+
+  // 7.: stop the engine, on the thread that started it.
+  global->shutdown_engine(global);
+  return 0;
+}
