@@ -1,0 +1,160 @@
+"""What a browser test talks to: a host in this process, loopback servers, and a look at the process table."""
+
+import http.server
+import os
+import threading
+import time
+from pathlib import Path
+
+import orbcef
+from orbcef import LoadingStateChanged, StringsReceived, scaled
+
+REPOSITORY = Path(__file__).resolve().parent.parent.parent
+
+
+def descendants(session=None, parent=None):
+    """(pid, command line) of the living processes of a session, or of a process's children."""
+    found = []
+    for entry in Path("/proc").iterdir():
+        if not entry.name.isdigit():
+            continue
+        try:
+            fields = (entry / "stat").read_text().rpartition(")")[2].split()
+            command = (entry / "cmdline").read_bytes().replace(b"\0", b" ").decode(errors="replace")
+        except OSError:
+            continue  # It ended in between.
+        state, ppid, pid_session = fields[0], int(fields[1]), int(fields[3])
+        if state not in "ZX" and (pid_session == session or (parent is not None and ppid == parent)):
+            found.append((int(entry.name), command.strip()[:200]))
+    return found
+
+
+def wait_for_no_children(seconds=5.0):
+    """What is left of this process's children once they had time for an end of their own."""
+    deadline = time.monotonic() + scaled(seconds)
+    while (left := descendants(parent=os.getpid())) and time.monotonic() < deadline:
+        # The engine reaps its own children, so a wait for their end must look again and again.
+        time.sleep(0.02)
+    return left
+
+
+class Page(orbcef.WindowedView):
+    """A view with the waits that tests use."""
+
+    def __init__(self, module, url, configure=None, **options):
+        self._configure = configure
+        super().__init__(module, url, **options)
+
+    def configure(self, view):
+        if self._configure:
+            self._configure(view)
+
+    def wait_loaded(self, since=0):
+        return self.events.wait_for_kind(LoadingStateChanged, since=since, is_loading=False)
+
+    def wait_strings(self, *strings, since=0):
+        return self.events.wait_for_kind(StringsReceived, since=since, strings=tuple(strings))
+
+    def ask(self, expression):
+        """The value of a JavaScript expression as JSON text would have it, by way of a sent string."""
+        mark = self.events.mark()
+        self.view.execute_javascript(f"xocef.sendString(['test.answer', String({expression})])")
+        answer = self.events.wait_for(
+            lambda e: isinstance(e, StringsReceived) and e.strings[0] == "test.answer", since=mark)
+        return answer.strings[1]
+
+
+class Host:
+    """A Python host with a loaded module. `finish` proves that nothing is left."""
+
+    ROOT = REPOSITORY / "build" / "linux-x64" / "root"
+    PAGES = REPOSITORY / "tests" / "browser" / "pages"
+
+    def __init__(self):
+        self.main = orbcef.MainThread()
+        self.tools = orbcef.Tools(self.main, temp_directory=os.environ["ORBCEF_TEST_PROFILE"])
+        self.module = orbcef.Module(self.ROOT, self.tools)
+        self.pages = []
+
+    def open_view(self, url, loaded=True, **options):
+        page = Page(self.module, url, **options)
+        self.pages.append(page)
+        if loaded:
+            page.wait_loaded()
+        return page
+
+    def finish(self):
+        gone = [page.close() for page in self.pages]
+        references = [page.events.references for page in self.pages]
+        self.main.close()
+        self.module.shutdown_engine()
+        assert all(gone), "the engine did not end its side of a view"
+        assert not any(references), f"the module kept references on event tables: {references}"
+        assert not self.tools.failures and not [f for p in self.pages for f in p.events.failures]
+        left = wait_for_no_children()
+        assert not left, f"sub-processes outlive the engine: {left}"
+        assert not (files := self.open_files()), f"files are still open: {files}"
+
+    @classmethod
+    def open_files(cls):
+        """Descriptors of files of the installation or the profile. The engine's own cache is the engine's affair."""
+        profile = os.environ["ORBCEF_TEST_PROFILE"]
+        ours = (f"{cls.ROOT}/webapps", f"{cls.ROOT}/resources", str(cls.PAGES), profile)
+        not_ours = (f"{profile}/WebCache", f"{profile}/cef_client_debug.log")
+        files = []
+        for descriptor in Path("/proc/self/fd").iterdir():
+            try:
+                target = os.readlink(descriptor)
+            except OSError:
+                continue  # The descriptor of this very listing.
+            if target.startswith(ours) and not target.startswith(not_ours):
+                files.append(target)
+        return files
+
+
+class Server:
+    """A loopback HTTP server on a port of its own. `pages` maps paths to (status, type, text)."""
+
+    def __init__(self):
+        self.pages = {}
+        self.requests = []
+        self.held = {}
+        outer = self
+
+        class Handler(http.server.BaseHTTPRequestHandler):
+            def do_GET(self):
+                outer.requests.append((self.path, dict(self.headers)))
+                if self.path in outer.held:
+                    outer.held[self.path].wait(scaled(20))
+                status, kind, text = outer.pages.get(self.path, (404, "text/plain", "missing"))
+                body = text.encode()
+                self.send_response(status)
+                self.send_header("Content-Type", kind)
+                self.send_header("Content-Length", str(len(body)))
+                self.end_headers()
+                self.wfile.write(body)
+
+            def log_message(self, *_):
+                pass
+
+        self._server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
+        self._server.daemon_threads = True
+        self.url = f"http://127.0.0.1:{self._server.server_address[1]}"
+
+    def page(self, path, text, status=200, kind="text/html"):
+        self.pages[path] = (status, kind, text)
+        return self.url + path
+
+    def hold(self, path, release):
+        """Requests of `path` are answered when the event `release` is set."""
+        self.held[path] = release
+
+    def __enter__(self):
+        self._thread = threading.Thread(target=self._server.serve_forever, daemon=True)
+        self._thread.start()
+        return self
+
+    def __exit__(self, *_):
+        self._server.shutdown()
+        self._server.server_close()
+        self._thread.join()

@@ -1,0 +1,212 @@
+// The helper's tools table, and the helper as a process beside a module, a false one or none.
+
+#include "HelperTools.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <string>
+#include <thread>
+
+#include "TempDirectory.h"
+
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+// The text of a record, which is freed as the module would do it.
+std::string Take(orbcefstring_c* record) {
+  if (!record) {
+    return "(null)";
+  }
+  const std::string text(record->data ? record->data : "", record->length);
+  record->free(record);
+  return text;
+}
+
+class HelperToolsTest : public testing::Test {
+ protected:
+  bool CreateDirectory(std::string path) {
+    orbcefstring_c record = {path.data(), path.size(), nullptr};
+    return tools->create_directory(&record) != 0;
+  }
+
+  _orbceftools_c* const tools = HelperTools();
+};
+
+TEST_F(HelperToolsTest, TheTableIsCompleteAndAlwaysTheSame) {
+  std::array<void*, sizeof(_orbceftools_c) / sizeof(void*)> slots;
+  static_assert(sizeof(slots) == sizeof(_orbceftools_c));
+  std::memcpy(slots.data(), tools, sizeof(slots));
+  for (const void* slot : slots) {
+    EXPECT_NE(nullptr, slot);
+  }
+  EXPECT_EQ(tools, HelperTools());
+}
+
+TEST_F(HelperToolsTest, TheMainThreadIsTheOneThatAskedFirst) {
+  uint8_t elsewhere = 1;
+  std::thread([&] { elsewhere = tools->on_main_thread(); }).join();
+  EXPECT_EQ(1, tools->on_main_thread());
+  EXPECT_EQ(0, elsewhere);
+}
+
+TEST_F(HelperToolsTest, TheEnvironmentIsThatOfTheProcess) {
+  EXPECT_EQ(0, tools->put_env("ORBCEF_UNIT_TEST_VARIABLE=a=b"));
+  EXPECT_STREQ("a=b", tools->get_env("ORBCEF_UNIT_TEST_VARIABLE"));
+  EXPECT_STREQ("a=b", std::getenv("ORBCEF_UNIT_TEST_VARIABLE"));
+  EXPECT_EQ(0, tools->put_env("ORBCEF_UNIT_TEST_VARIABLE="));
+  EXPECT_STREQ("", tools->get_env("ORBCEF_UNIT_TEST_VARIABLE"));
+  unsetenv("ORBCEF_UNIT_TEST_VARIABLE");
+  EXPECT_EQ(nullptr, tools->get_env("ORBCEF_UNIT_TEST_VARIABLE"));
+}
+
+TEST_F(HelperToolsTest, WhatIsNoAssignmentIsRefused) {
+  EXPECT_NE(0, tools->put_env("ORBCEF_UNIT_TEST_VARIABLE"));
+  EXPECT_NE(0, tools->put_env("=value"));
+  EXPECT_NE(0, tools->put_env(""));
+  EXPECT_NE(0, tools->put_env(nullptr));
+}
+
+TEST_F(HelperToolsTest, TheTemporaryDirectoryIsThatOfTheProcess) {
+  EXPECT_EQ(std::filesystem::temp_directory_path().u8string(), Take(tools->get_temp_directory()));
+}
+
+TEST_F(HelperToolsTest, ADirectoryIsCreatedWithItsParents) {
+  const TempDirectory folder;
+  const std::filesystem::path path = folder.Join("one/tw\xc3\xb6");
+  EXPECT_TRUE(CreateDirectory(path.u8string()));
+  EXPECT_TRUE(std::filesystem::is_directory(path));
+  EXPECT_TRUE(CreateDirectory(path.u8string()));
+}
+
+TEST_F(HelperToolsTest, ADirectoryThatCannotBeIsReported) {
+  const TempDirectory folder;
+  folder.Write("file", "x");
+  EXPECT_FALSE(CreateDirectory(folder.Join("file")));
+  EXPECT_FALSE(CreateDirectory(folder.Join("file/below")));
+  EXPECT_FALSE(CreateDirectory(""));
+  EXPECT_EQ(0, tools->create_directory(nullptr));
+}
+
+TEST_F(HelperToolsTest, WhatOnlyAHostHasIsAnsweredWithNone) {
+  int32_t setting = -1;
+  EXPECT_STREQ("English", tools->compute_lang());
+  EXPECT_EQ(0, tools->get_release_level());
+  EXPECT_EQ(nullptr, tools->build_catalog_message("ORBCefClientHandler", "key"));
+  EXPECT_EQ(0, tools->is_record_capture());
+  EXPECT_EQ(0, tools->is_record_replay());
+  EXPECT_EQ(ORBCEF_RECORDMODE_NONE, tools->get_record_mode());
+  EXPECT_EQ(0, tools->get_json_value(nullptr, nullptr, nullptr, 0));
+  EXPECT_EQ(nullptr, tools->get_json_module_map());
+  EXPECT_EQ(nullptr, tools->remap_url(nullptr));
+  EXPECT_EQ(nullptr, tools->read_from_preferences("ORBCefStore", "key"));
+  EXPECT_EQ(nullptr, tools->read_from_sys_settings("section", "key"));
+  EXPECT_EQ(0, tools->read_from_settings("FrameGeneral", "UserInterfaceLanguage", &setting));
+  EXPECT_EQ(-1, setting);
+  EXPECT_EQ(0, tools->should_dispatch_events_on_main_thread());
+}
+
+TEST_F(HelperToolsTest, ASavedPreferenceIsRejectedAndNotLostInSilence) {
+  EXPECT_THAT(Take(tools->save_in_preference("ORBCefStore", "key", nullptr)),
+              StartsWith("new Error("));
+}
+
+TEST_F(HelperToolsTest, ATaskIsRefusedAndNeverRuns) {
+  bool ran = false;
+  EXPECT_EQ(0, tools->post_task_on_main_thread([](void* data) { *static_cast<bool*>(data) = true; },
+                                               &ran));
+  EXPECT_FALSE(ran);
+}
+
+struct Ending {
+  int code;
+  std::string output;
+};
+
+// Runs a copy of the helper in a folder that holds nothing but what the test puts there.
+class HelperProcessTest : public testing::Test {
+ protected:
+  void SetUp() override { std::filesystem::copy_file(ORBCEF_HELPER_FILE, HelperFile()); }
+
+  std::string HelperFile() const { return folder.Join("7XOWebHelper"); }
+  std::string ModuleFile() const { return folder.Join("libORBCefWrapperMT.so"); }
+
+  // @param assignments "NAME=value" texts for the helper's environment, separated by blanks.
+  // @param redirect what to do with the two output streams.
+  Ending Run(const std::string& assignments, const std::string& redirect) {
+    const std::string command =
+        "cd / && " + assignments + " '" + HelperFile() + "' --type=renderer " + redirect;
+    Ending ending = {-1, ""};
+    if (FILE* pipe = popen(command.c_str(), "r")) {
+      char buffer[256];
+      while (std::fgets(buffer, sizeof(buffer), pipe)) {
+        ending.output += buffer;
+      }
+      const int status = pclose(pipe);
+      ending.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+    return ending;
+  }
+
+  const TempDirectory folder;
+};
+
+constexpr char kOnlyErrors[] = "2>&1 >/dev/null";
+
+TEST_F(HelperProcessTest, TheModuleBesideItIsCalledInOrderAndGivesTheExitCode) {
+  std::filesystem::copy_file(ORBCEF_HELPER_MODULE_DOUBLE, ModuleFile());
+  const Ending ending = Run("ORBCEF_UNIT_TEST_VARIABLE=inherited", "2>&1");
+  EXPECT_EQ(42, ending.code);
+  EXPECT_EQ(
+      "factory 1 0 orbcefglobal_c\nset_tools table tools\nexecute table 0 null env=inherited\n",
+      ending.output);
+}
+
+TEST_F(HelperProcessTest, WithoutAModuleOneLineSaysWhichFileIsMissing) {
+  const Ending ending = Run("", kOnlyErrors);
+  EXPECT_EQ(120, ending.code);
+  EXPECT_THAT(ending.output,
+              StartsWith("7XOWebHelper: cannot load the module \"" + ModuleFile() + "\""));
+  EXPECT_EQ(1, std::count(ending.output.begin(), ending.output.end(), '\n'));
+}
+
+TEST_F(HelperProcessTest, TheModuleIsNotSearchedForElsewhere) {
+  const std::string elsewhere =
+      std::filesystem::path(ORBCEF_HELPER_MODULE_DOUBLE).parent_path().string();
+  EXPECT_EQ(120, Run("LD_LIBRARY_PATH='" + elsewhere + "'", kOnlyErrors).code);
+}
+
+TEST_F(HelperProcessTest, AFileThatIsNoLibraryIsNotLoaded) {
+  folder.Write("libORBCefWrapperMT.so", "no library");
+  const Ending ending = Run("", kOnlyErrors);
+  EXPECT_EQ(120, ending.code);
+  EXPECT_THAT(ending.output, HasSubstr("cannot load the module"));
+}
+
+TEST_F(HelperProcessTest, AModuleWithoutTheFactoryHasItsOwnExitCode) {
+  std::filesystem::copy_file(ORBCEF_HELPER_EMPTY_MODULE, ModuleFile());
+  const Ending ending = Run("", kOnlyErrors);
+  EXPECT_EQ(121, ending.code);
+  EXPECT_EQ(
+      "7XOWebHelper: the module \"" + ModuleFile() + "\" has no symbol orbcef_pluginfactory\n",
+      ending.output);
+}
+
+TEST_F(HelperProcessTest, AModuleThatRefusesTheVersionHasItsOwnExitCode) {
+  std::filesystem::copy_file(ORBCEF_HELPER_MODULE_DOUBLE, ModuleFile());
+  const Ending ending = Run("ORBCEF_UNIT_TEST_REFUSE=1", kOnlyErrors);
+  EXPECT_EQ(122, ending.code);
+  EXPECT_THAT(ending.output, EndsWith("does not serve this helper's version\n"));
+}
+
+}  // namespace

@@ -1,0 +1,31 @@
+#include "platform/Process.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using testing::HasSubstr;
+
+TEST(PlatformProcessTest, TheCommandLineBeginsWithTheProgram) {
+  const std::vector<std::string> arguments = platform::CommandLine();
+  ASSERT_FALSE(arguments.empty());
+  EXPECT_THAT(arguments.front(), HasSubstr("orbcef_unit_tests"));
+  EXPECT_THAT(platform::CommandLineText(), HasSubstr("orbcef_unit_tests"));
+}
+
+TEST(PlatformProcessTest, TheEnvironmentIsTheProcesssOwn) {
+  const char* path = platform::GetEnvironment("PATH");
+  ASSERT_NE(nullptr, path);
+  EXPECT_STRNE("", path);
+  EXPECT_EQ(nullptr, platform::GetEnvironment("ORBCEF_NO_SUCH_VARIABLE"));
+}
+
+#if !defined(_WIN32)
+TEST(PlatformProcessTest, AnX11ProcessIsNotDpiAwareAndHasNoModuleHandle) {
+  EXPECT_FALSE(platform::IsDpiAware());
+  EXPECT_EQ(nullptr, platform::ModuleHandle());
+}
+#endif
+
+}  // namespace
