@@ -1,0 +1,232 @@
+#!/usr/bin/env python3
+"""Runs the test suites on a finished build and closes with one line of counts.
+
+    run_tests.py [SUITE ...] [further arguments for the suites' own runner]
+
+Without a name all suites run. The last line on standard output is "N passed, N failed", with
+", N skipped" where tests were. The exit code is 0 only if nothing failed and every suite ran a test.
+"""
+from __future__ import annotations
+
+import json
+import os
+import shutil
+import subprocess
+import sys
+import tempfile
+from dataclasses import dataclass, field
+from pathlib import Path
+from typing import Callable
+
+import test_results
+from sources import SOURCE_ROOT
+from test_results import Counts
+from virtual_display import virtual_display
+
+BUILD = Path(os.environ.get("ORBCEF_BUILD_DIR", SOURCE_ROOT / "build" / "linux-x64"))
+REPORTS = BUILD / "test-reports"
+PROGRAM_SECONDS = 900
+# For a test that hangs; the suites' own limits are far below.
+TEST_SECONDS = 180
+CHECKS = ("check_text", "check_layers", "check_api_annotations", "format", "check_symbols")
+# What the user's shell may have set for a host must not reach the tests.
+HOST_VARIABLES = ("ORBCEF_", "ORBInstallPath", "ORBTemp", "ORBHUB", "QVL_RIG_", "PATH_TEST")
+
+Suite = Callable[[list[str]], Counts]
+
+
+@dataclass(frozen=True)
+class Program:
+    """A test program as the build registered it."""
+
+    name: str
+    command: list[str]
+    environment: dict[str, str] = field(default_factory=dict)
+    seconds: float = PROGRAM_SECONDS
+
+
+def run_pytest(name: str, *folders: str, options: tuple[str, ...] = ()) -> Suite:
+    def run(arguments: list[str]) -> Counts:
+        report = _fresh_report(f"{name}.xml")
+        places = [folder for folder in folders if (SOURCE_ROOT / folder).is_dir()]
+        if len(places) != len(folders):
+            return _failure(f"there is no {' or no '.join(set(folders) - set(places))}")
+        command = [sys.executable, "-m", "pytest", "-q", "-rs", f"--junitxml={report}"]
+        command += ["-o", f"cache_dir={BUILD / 'pytest-cache'}", f"--timeout={TEST_SECONDS}"]
+        status = _run([*command, *options, *places, *arguments])
+        return test_results.with_exit_status(test_results.from_junit(report), status)
+
+    return run
+
+
+def run_unit(arguments: list[str]) -> Counts:
+    total = Counts()
+    for program in _programs("unit"):
+        report = _fresh_report(f"{program.name}.xml")
+        options = [f"--gtest_output=xml:{report}", "--gtest_brief=1", *arguments]
+        status = _run_program(program, options).returncode
+        counts = test_results.with_exit_status(test_results.from_junit(report), status)
+        _tell(program.name, counts)
+        total += counts
+    return total
+
+
+def run_abi(arguments: list[str]) -> Counts:
+    total = Counts()
+    for program in _programs("abi"):
+        done = _run_program(program, arguments, stdout=subprocess.PIPE)
+        counts = test_results.with_exit_status(
+            test_results.from_check_lines(done.stdout), done.returncode
+        )
+        if counts.failed:
+            print(done.stdout, end="")
+        _tell(program.name, counts)
+        total += counts
+    return total
+
+
+def run_script(arguments: list[str]) -> Counts:
+    files = sorted(str(path) for path in (SOURCE_ROOT / "tests" / "script").glob("**/*.test.mjs"))
+    if not files:
+        return _failure("there is no tests/script/*.test.mjs")
+    report = _fresh_report("script.tap")
+    reporters = ["--test-reporter=spec", "--test-reporter-destination=stdout"]
+    reporters += ["--test-reporter=tap", f"--test-reporter-destination={report}"]
+    status = _run([shutil.which("node") or "node", "--test", *reporters, *arguments, *files])
+    return test_results.with_exit_status(test_results.from_tap_totals(report), status)
+
+
+def run_checks(arguments: list[str]) -> Counts:
+    total = Counts()
+    for check in CHECKS:
+        options = ["--build", str(BUILD)] if check == "check_symbols" else []
+        status = _run([sys.executable, str(SOURCE_ROOT / "tools" / f"{check}.py"), *options])
+        total += Counts(failed=1) if status else Counts(passed=1)
+    return total
+
+
+SUITES: dict[str, Suite] = {
+    "check": run_checks,
+    "tools": run_pytest("tools", "tests/tools", "engine/generator/tests"),
+    "abi": run_abi,
+    "unit": run_unit,
+    "script": run_script,
+    # Two workers for two cores: the engine's own processes are what costs.
+    "browser": run_pytest("browser", "tests/browser", options=("-n", "2")),
+}
+
+
+def main(arguments: list[str]) -> int:
+    names = []
+    while arguments and arguments[0] in SUITES:
+        names.append(arguments.pop(0))
+    if arguments and len(names) != 1:
+        print(
+            f"run_tests: no suite '{arguments[0]}'; there are {', '.join(SUITES)}, "
+            "and further arguments need exactly one of them",
+            file=sys.stderr,
+        )
+        return 2
+    REPORTS.mkdir(parents=True, exist_ok=True)
+    for variable in list(os.environ):
+        if variable.startswith(HOST_VARIABLES):
+            del os.environ[variable]
+    total = Counts()
+    with virtual_display() as display:
+        # Tests type and click: never on the user's own screen.
+        os.environ["DISPLAY"] = display
+        os.environ.pop("WAYLAND_DISPLAY", None)
+        for name in names or SUITES:
+            print(f"== {name}", flush=True)
+            counts = SUITES[name](arguments)
+            if counts.ran == 0:
+                counts += _failure("no test ran")
+            _tell(name, counts)
+            total += counts
+    print(total, flush=True)
+    return 1 if total.failed else 0
+
+
+def _programs(suite: str) -> list[Program]:
+    """The test programs that the build registered under the suite's name, alone or with a part
+    after a dot or an underscore."""
+    named = rf"^{suite}([._].*)?$"
+    listing = _run_captured(
+        ["ctest", "--test-dir", str(BUILD), "--show-only=json-v1", "--tests-regex", named]
+    )
+    try:
+        return [_program_of(test) for test in json.loads(listing.stdout)["tests"]]
+    except (ValueError, KeyError):
+        print(f"the build in {BUILD} lists no tests, or one that was not built", file=sys.stderr)
+        return []
+
+
+def _program_of(test: dict) -> Program:
+    properties = {entry["name"]: entry["value"] for entry in test.get("properties", ())}
+    return Program(
+        name=test["name"],
+        # A program that was not built has no command.
+        command=test["command"],
+        environment=dict(text.split("=", 1) for text in properties.get("ENVIRONMENT", ())),
+        seconds=properties.get("TIMEOUT", PROGRAM_SECONDS),
+    )
+
+
+def _fresh_report(name: str) -> Path:
+    report = REPORTS / name
+    report.unlink(missing_ok=True)
+    return report
+
+
+def _run_program(
+    program: Program, arguments: list[str], stdout: int | None = None
+) -> subprocess.CompletedProcess:
+    # A folder of its own: what an engine without a cache directory drops must not reach the sources.
+    with tempfile.TemporaryDirectory() as folder:
+        command = [*program.command, *arguments]
+        return _run_captured(command, program.seconds, program.environment, folder, stdout)
+
+
+def _run(command: list[str]) -> int:
+    return _run_captured(command, stdout=None).returncode
+
+
+def _run_captured(
+    command: list[str],
+    seconds: float = PROGRAM_SECONDS,
+    environment: dict[str, str] | None = None,
+    folder: str | None = None,
+    stdout: int | None = subprocess.PIPE,
+) -> subprocess.CompletedProcess:
+    """Runs a program to its end; one that cannot be started or does not end has failed."""
+    try:
+        return subprocess.run(
+            command,
+            cwd=folder or SOURCE_ROOT,
+            env={**os.environ, **(environment or {})},
+            stdin=subprocess.DEVNULL,
+            stdout=stdout,
+            text=True,
+            errors="replace",
+            timeout=seconds,
+            check=False,
+        )
+    except subprocess.TimeoutExpired:
+        print(f"{command[0]} did not end within {seconds} seconds", flush=True)
+    except OSError as error:
+        print(f"{command[0]} could not be started: {error.strerror}", flush=True)
+    return subprocess.CompletedProcess(command, 1, stdout="")
+
+
+def _tell(name: str, counts: Counts) -> None:
+    # The mark in front keeps these lines apart from the one closing line.
+    print(f"== {name}: {counts}", flush=True)
+
+
+def _failure(text: str) -> Counts:
+    print(f"failed: {text}", flush=True)
+    return Counts(failed=1)
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))

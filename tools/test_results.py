@@ -1,0 +1,99 @@
+"""Counts test results from what runners write for machines.
+
+Every reader errs towards failure: a report that is missing, broken or empty, or one that shows no
+failure although its program ended badly, counts as one failed test.
+"""
+from __future__ import annotations
+
+import re
+import xml.etree.ElementTree as ElementTree
+from dataclasses import dataclass
+from pathlib import Path
+
+TAP_TOTALS = ("tests", "pass", "fail", "cancelled", "skipped", "todo")
+
+
+@dataclass(frozen=True)
+class Counts:
+    """How many tests of a suite passed, failed and were skipped."""
+
+    passed: int = 0
+    failed: int = 0
+    skipped: int = 0
+
+    def __add__(self, other: Counts) -> Counts:
+        return Counts(
+            self.passed + other.passed, self.failed + other.failed, self.skipped + other.skipped
+        )
+
+    def __str__(self) -> str:
+        text = f"{self.passed} passed, {self.failed} failed"
+        return f"{text}, {self.skipped} skipped" if self.skipped else text
+
+    @property
+    def ran(self) -> int:
+        return self.passed + self.failed
+
+
+def with_exit_status(counts: Counts, status: int) -> Counts:
+    """Adds one failure where the exit status tells of one that the counts do not show, and where
+    nothing ran at all."""
+    if (status != 0 and counts.failed == 0) or counts.ran == 0:
+        return counts + Counts(failed=1)
+    return counts
+
+
+def from_junit(path: Path) -> Counts:
+    """Reads the XML report of pytest or GoogleTest, case by case."""
+    try:
+        cases = list(ElementTree.parse(path).iter("testcase"))
+    except (OSError, ElementTree.ParseError):
+        return Counts(failed=1)
+    counts = Counts()
+    for case in cases:
+        counts += _of_case(case)
+    return counts
+
+
+def _of_case(case: ElementTree.Element) -> Counts:
+    if case.find("failure") is not None or case.find("error") is not None:
+        return Counts(failed=1)
+    if case.find("skipped") is not None or case.get("result") in ("skipped", "suppressed"):
+        return Counts(skipped=1)
+    # GoogleTest marks a disabled test so; pytest writes no status.
+    if case.get("status") == "notrun":
+        return Counts(skipped=1)
+    return Counts(passed=1)
+
+
+def from_tap_totals(path: Path) -> Counts:
+    """Reads the totals at the end of the TAP report of Node's test runner."""
+    try:
+        text = path.read_text(encoding="utf-8")
+    except OSError:
+        return Counts(failed=1)
+    totals = {}
+    for name in TAP_TOTALS:
+        found = re.findall(rf"^# {name} (\d+)$", text, flags=re.MULTILINE)
+        if len(found) != 1:
+            return Counts(failed=1)
+        totals[name] = int(found[0])
+    counts = Counts(
+        passed=totals["pass"],
+        failed=totals["fail"] + totals["cancelled"],
+        skipped=totals["skipped"] + totals["todo"],
+    )
+    if counts.ran + counts.skipped != totals["tests"]:
+        return counts + Counts(failed=1)
+    return counts
+
+
+def from_check_lines(output: str) -> Counts:
+    """Reads a program that prints "ok …" or "not ok …" for each check and at its end the plan
+    "1..N": without the plan, or with another number of checks, it did not get to its end."""
+    verdicts = re.findall(r"^(ok|not ok)\b", output, flags=re.MULTILINE)
+    counts = Counts(passed=verdicts.count("ok"), failed=verdicts.count("not ok"))
+    plans = re.findall(r"^1\.\.(\d+)$", output, flags=re.MULTILINE)
+    if plans != [str(len(verdicts))]:
+        return counts + Counts(failed=1)
+    return counts
