@@ -28,7 +28,10 @@ REPORTS = BUILD / "test-reports"
 PROGRAM_SECONDS = 900
 # For a test that hangs; the suites' own limits are far below.
 TEST_SECONDS = 180
-CHECKS = ("check_text", "check_layers", "check_api_annotations", "format", "check_symbols")
+CHECKS = (
+    *("check_text", "check_layers", "check_engine_names", "check_api_annotations", "format"),
+    "check_symbols",
+)
 # What the user's shell may have set for a host must not reach the tests.
 HOST_VARIABLES = ("ORBCEF_", "ORBInstallPath", "ORBTemp", "ORBHUB", "QVL_RIG_", "PATH_TEST")
 

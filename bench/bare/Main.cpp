@@ -27,13 +27,13 @@ if (!xocef) xocef = {};
   'use strict';
   native function __sendString();
   xocef.sendString = function (text) {
-    __sendString([text], { url: '', line: 0, column: 0 }, { recordable: false, captureAll: true });
+    const position = { url: location.href, line: 0, column: 0 };
+    __sendString([text], position, { recordable: false, captureAll: true });
   };
 })();
 )";
 
-// --- render process
-// ----------------------------------------------------------------------------------------------
+// --- render process ---
 
 class Natives : public CefV8Handler {
  public:
@@ -77,8 +77,7 @@ class Renderer : public CefRenderProcessHandler {
   IMPLEMENT_REFCOUNTING(Renderer);
 };
 
-// --- browser process
-// ---------------------------------------------------------------------------------------------
+// --- browser process ---
 
 class Files : public CefSchemeHandlerFactory {
  public:

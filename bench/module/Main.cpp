@@ -14,8 +14,7 @@ namespace {
 
 bench::Options g_options;
 
-// --- the host's tools: the environment is real, everything else is absent
-// ----------------------------------------
+// --- the host's tools: the environment is real, everything else is absent ---
 
 void FreeString(orbcefstring_c* text) {
   std::free(text->data);
@@ -65,8 +64,7 @@ _orbceftools_c Tools() {
   return tools;
 }
 
-// --- the view's events
-// ---------------------------------------------------------------------------------------------
+// --- the view's events ---
 
 orbcefbrowserevents_c Events(bench::Receiver& receiver) {
   orbcefbrowserevents_c events{};

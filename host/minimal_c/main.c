@@ -158,7 +158,7 @@ int main(int argc, char** argv) {
                                       (unsigned)rect[2], (unsigned)rect[3], 0, 0, 0xFFFFFF);
   Atom delete_window = XInternAtom(display, "WM_DELETE_WINDOW", False);
   XSetWMProtocols(display, window, &delete_window, 1);
-  XSelectInput(display, window, StructureNotifyMask | SubstructureNotifyMask);
+  XSelectInput(display, window, StructureNotifyMask);
   XStoreName(display, window, "orbcef_minimal_host");
   XMapWindow(display, window);
   XFlush(display);
@@ -168,30 +168,22 @@ int main(int argc, char** argv) {
   orbcefbrowser_c* view = global->create_browser(global, &g_events, NULL, &home);
   view->create(view, (void*)(uintptr_t)window, rect, &home);
 
-  // 6.: the user's request closes the view. The engine then destroys the view's window, and until
-  // it has done so the window around it must stay.
-  Window view_window = 0;
-  int closed = 0;
-  while (!closed) {
+  // 6.: the user's request ends the view.
+  for (int open = 1; open;) {
     XEvent event;
     XNextEvent(display, &event);
-    if (event.type == ConfigureNotify && event.xconfigure.window == window && view) {
+    if (event.type == ConfigureNotify) {
       const int32_t size[4] = {0, 0, event.xconfigure.width, event.xconfigure.height};
       view->set_bounds(view, size);
-    } else if (event.type == ClientMessage && (Atom)event.xclient.data.l[0] == delete_window &&
-               view) {
-      view_window = (Window)(uintptr_t)view->get_window(view);
-      view->close(view, 1);
-      view->release(view);
-      view = NULL;
-      closed = view_window == 0;
-    } else if (event.type == DestroyNotify && event.xdestroywindow.window == view_window) {
-      closed = 1;
     }
+    open = event.type != ClientMessage || (Atom)event.xclient.data.l[0] != delete_window;
   }
-  XCloseDisplay(display);
+  view->close(view, 1);
+  view->release(view);
 
-  // 7.: stop the engine, on the thread that started it.
+  // 7.: stop the engine, on the thread that started it. This waits until the view's own window is
+  // gone, so the window around it goes last.
   global->shutdown_engine(global);
+  XCloseDisplay(display);
   return 0;
 }

@@ -64,6 +64,16 @@ class Page(orbcef.WindowedView):
         return answer.strings[1]
 
 
+def close_in_window(host, view, window):
+    """Closes a view that was made without a `Page`, and its window when the view's own is gone."""
+    child = view.window
+    view.close(True)
+    view.release()
+    assert host.main.run_until(lambda: window.close_requests > 0 or child in window.destroyed)
+    window.destroy()
+    window.close()
+
+
 class Host:
     """A Python host with a loaded module. `finish` proves that nothing is left."""
 

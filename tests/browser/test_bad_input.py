@@ -7,7 +7,7 @@ import signal
 
 import orbcef
 import pytest
-from harness import Host, descendants
+from harness import Host, close_in_window, descendants
 from orbcef import StringsReceived
 
 PLAIN = "xortv://webapps/Test/plain.html"
@@ -61,12 +61,7 @@ def test_a_view_without_tables_works_in_silence(host):
     window = orbcef.X11Window(host.main, 300, 200)
     view.create(window.handle, (0, 0, 300, 200), PLAIN)
     assert host.main.run_until(lambda: bool(view.window))
-    child = view.window
-    view.close(True)
-    view.release()
-    assert host.main.run_until(lambda: window.close_requests > 0 or child in window.destroyed)
-    window.destroy()
-    window.close()
+    close_in_window(host, view, window)
 
 
 def test_every_slot_after_close_answers_its_neutral_value(host, open_view):

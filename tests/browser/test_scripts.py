@@ -3,6 +3,7 @@
 import threading
 
 import orbcef
+from harness import close_in_window
 from orbcef import ConsoleMessage, LoadingStateChanged, StringsReceived
 
 PLAIN = "xortv://webapps/Test/plain.html"
@@ -21,12 +22,7 @@ def test_scripts_given_before_the_browser_exists_run_after_the_first_load(host):
     events.wait_for_kind(StringsReceived, strings=("early",))
     loaded = events.everything().index(LoadingStateChanged(is_loading=False, url=PLAIN))
     assert events.everything().index(StringsReceived(strings=("early",))) > loaded - 1
-    child = view.window
-    view.close(True)
-    view.release()
-    assert host.main.run_until(lambda: window.close_requests > 0 or child in window.destroyed)
-    window.destroy()
-    window.close()
+    close_in_window(host, view, window)
 
 
 def test_scripts_of_a_page_that_still_loads_wait_and_run_in_their_order(open_view, server):

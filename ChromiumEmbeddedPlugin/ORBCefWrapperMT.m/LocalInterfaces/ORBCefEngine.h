@@ -36,9 +36,6 @@ class ORBCefEngine {
   // it.
   static void ShutdownEngine(const Calls& calls = EngineCalls());
 
-  // The engine has come up: only now may it be stopped. Engine's UI thread.
-  static void OnStarted();
-
   static bool IsInitialized();
 
   // The locale tag of the last start; empty means the engine's own default. Kept after the stop.

@@ -3,9 +3,9 @@
 #include <string_view>
 
 #include "ORBCefApp.h"
-#include "ORBCefEngine.h"
 #include "ORBCefLocalResourceHandlerFactory.h"
 #include "ORBCefLog.h"
+#include "ORBCefStartedEvent.h"
 #include "ORBCefTestStubUtils.h"
 #include "ORBCefToolsWrapperMT.h"
 #include "include/cef_cookie.h"
@@ -26,7 +26,7 @@ constexpr RecordSwitch kRecordSwitches[] = {
 
 class StartedCallback : public CefCompletionCallback {
  public:
-  void OnComplete() override { ORBCefEngine::OnStarted(); }
+  void OnComplete() override { ORBCefStartedEvent::Instance().Set(); }
 
  private:
   IMPLEMENT_REFCOUNTING(StartedCallback);
@@ -37,7 +37,7 @@ class StartedCallback : public CefCompletionCallback {
 void NoteStartedEngine() {
   const CefRefPtr<CefCookieManager> cookies = CefCookieManager::GetGlobalManager(nullptr);
   if (!cookies || !cookies->FlushStore(new StartedCallback()))
-    ORBCefEngine::OnStarted();
+    ORBCefStartedEvent::Instance().Set();
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <chrono>
-#include <condition_variable>
 #include <mutex>
 #include <utility>
 
@@ -10,6 +9,7 @@
 #include "ORBCefLocale.h"
 #include "ORBCefLog.h"
 #include "ORBCefSettings.h"
+#include "ORBCefStartedEvent.h"
 #include "ORBCefToolsAccessor.h"
 #include "include/base/cef_build.h"
 #include "platform/Process.h"
@@ -51,35 +51,17 @@ bool CallInitialize(const CefMainArgs& args, const CefSettings& settings, CefRef
 
 constexpr char kSecondStart[] =
     "The engine was shut down and cannot be started again in this process.";
+constexpr char kNotStarted[] = "The engine is shut down before it has come up.";
 constexpr char kLivingBrowsers[] = "The engine is shut down while browsers have not closed.";
-
-// The engine faults when it is stopped before it has come up.
-class StartedEvent {
- public:
-  void Set() {
-    const std::lock_guard<std::mutex> guard(_mutex);
-    _is_set = true;
-    _changed.notify_all();
-  }
-  void WaitFor(std::chrono::seconds limit) {
-    std::unique_lock<std::mutex> lock(_mutex);
-    _changed.wait_for(lock, limit, [this] { return _is_set; });
-  }
-
- private:
-  std::mutex _mutex;
-  std::condition_variable _changed;
-  bool _is_set = false;
-};
-StartedEvent g_started;
 
 // Far longer than a start takes; a stop that is asked for must come to its end in any case.
 constexpr std::chrono::seconds kStartLimit{10};
 
-// The engine also faults when it is stopped while browsers live. A host that closes its views hears
-// nothing of their end, so this waits for it.
+// The engine faults when it is stopped before it has come up, and while browsers live. A host hears
+// nothing of the one, and of the other nothing after a close, so this waits for both.
 void CallShutdown() {
-  g_started.WaitFor(kStartLimit);
+  if (!ORBCefStartedEvent::Instance().WaitFor(kStartLimit))
+    ORBCefLog::Error(ORBCefLog::kBrowserProcess, kNotStarted);
   if (!ORBCefLivingBrowsers::Instance().CloseAllAndWait())
     ORBCefLog::Error(ORBCefLog::kBrowserProcess, kLivingBrowsers);
   CefShutdown();
@@ -121,10 +103,6 @@ void ORBCefEngine::ShutdownEngine(const Calls& calls) {
   g_engine.stopped = true;
   g_engine.app = nullptr;
   calls.shutdown();
-}
-
-void ORBCefEngine::OnStarted() {
-  g_started.Set();
 }
 
 bool ORBCefEngine::IsInitialized() {
