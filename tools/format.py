@@ -43,6 +43,11 @@ def main(arguments: list[str] | None = None) -> int:
     parser.add_argument("files", nargs="*", type=Path, help="only these files")
     options = parser.parse_args(arguments)
     files = options.files or list(files_below(options.root.resolve(), SUFFIXES))
+    others = [str(file) for file in files if file.suffix not in SUFFIXES]
+    if others:
+        # The formatter would take any text for C++ and spoil it.
+        print(f"format: no C or C++ source: {', '.join(others)}", file=sys.stderr)
+        return 1
     if not files:
         print("format: there is no C or C++ source", file=sys.stderr)
         return 1

@@ -131,7 +131,7 @@ struct orbcefbrowser_c {
   void (*undo)(orbcefbrowser_c* iCStruct);
   // Slot 47: does that edit again, or nothing. [any & !closing]
   void (*redo)(orbcefbrowser_c* iCStruct);
-  // Slot 48: URL of the main frame as last told, empty before the first one. [main]
+  // Slot 48: URL of the main frame as last told; before that, the one given to `create`. [main]
   orbcefstring_c* (*get_current_url)(orbcefbrowser_c* iCStruct);
   // Slots 49, 50: URL that Home leads to and whose origin is the view's own. [main]
   orbcefstring_c* (*get_home_url)(orbcefbrowser_c* iCStruct);

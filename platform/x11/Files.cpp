@@ -3,6 +3,8 @@
 #include <sys/stat.h>
 
 #include <cstdio>
+#include <filesystem>
+#include <system_error>
 
 namespace platform {
 
@@ -24,6 +26,14 @@ bool IsDirectory(const std::string& path) {
 
 bool IsRelative(const std::string& path) {
   return path.empty() || path.front() != kSeparator;
+}
+
+std::string MakeAbsolute(const std::string& path) {
+  if (path.empty() || !IsRelative(path))
+    return path;
+  std::error_code error;
+  const std::filesystem::path absolute = std::filesystem::absolute(path, error);
+  return error ? path : absolute.string();
 }
 
 }  // namespace platform

@@ -1,6 +1,5 @@
 #include "platform/Process.h"
 
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
 
@@ -51,10 +50,6 @@ bool IsDpiAware() {
 
 void* ModuleHandle() {
   return nullptr;
-}
-
-const char* GetEnvironment(const char* name) {
-  return std::getenv(name);
 }
 
 }  // namespace platform

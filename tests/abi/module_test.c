@@ -3,8 +3,6 @@
 //   module_test MODULE factory    the factory's refusals and its output
 //   module_test MODULE log        the factory's output with ORBCEF_LOG set
 //   module_test MODULE tables     global and HTTP table
-//   module_test MODULE gone       a table whose object is gone: reported, then carried on
-//   module_test MODULE rig        the same in a test rig: the process dies on the spot
 //
 // Each mode is a process of its own, since the module keeps what it has seen once.
 

@@ -4,6 +4,7 @@ import os
 import subprocess
 import sys
 import threading
+import time
 
 import orbcef
 import pytest
@@ -82,6 +83,19 @@ def test_hide_and_show_move_the_window(host, open_view):
     assert host.main.run_until(lambda: page.window.geometry(child)[2:] == (1, 1))
     page.view.set_visible(True)
     assert host.main.run_until(lambda: page.window.geometry(child) == (10, 20, 300, 200))
+
+
+def test_hiding_and_showing_take_effect_after_their_delay(host, open_view):
+    page = open_view(PLAIN)
+    child = page.view.window
+    page.view.set_bounds((10, 20, 300, 200))
+    assert host.main.run_until(lambda: page.window.geometry(child) == (10, 20, 300, 200))
+    # The engine's clock counts in milliseconds, so a little less than 0.2 seconds may be read here.
+    for visible, size in ((False, (1, 1)), (True, (300, 200))):
+        start = time.monotonic()
+        page.view.set_visible(visible)
+        assert host.main.run_until(lambda: page.window.geometry(child)[2:] == size)
+        assert time.monotonic() - start >= 0.195, f"set_visible({visible}) was not delayed"
 
 
 SCENARIOS = {

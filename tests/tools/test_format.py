@@ -40,3 +40,10 @@ def test_a_missing_formatter_fails(styled, monkeypatch, capsys):
     monkeypatch.setattr(formatter, "CLANG_FORMAT", "clang-format-that-is-not-there")
     assert formatter.main(["--root", str(styled.root)]) == 1
     assert "clang-format-that-is-not-there" in capsys.readouterr().err
+
+
+def test_refuses_files_that_are_no_c_or_cpp_sources(tree, capsys):
+    script = tree.write("tool.py", "def f():\n    return 1\n")
+    assert formatter.main(["--fix", str(script)]) == 1
+    assert (tree.root / "tool.py").read_text() == "def f():\n    return 1\n"
+    assert "no C or C++ source" in capsys.readouterr().err

@@ -8,6 +8,7 @@
 #include "ORBCefBrowserProcessHandler.h"
 #include "ORBCefRenderProcessHandler.h"
 #include "include/cef_scheme.h"
+#include "v8_doubles/RendererFixture.h"
 
 namespace {
 
@@ -128,6 +129,27 @@ TEST_F(ORBCefAppTest, OnlyARendererLooksForTheRecordMode) {
   const CefRefPtr<ORBCefApp> gpu = new ORBCefApp(ProcessKind::kGpu);
   gpu->OnBeforeCommandLineProcessing("renderer", line);
   EXPECT_THAT(line->asked, testing::IsEmpty());
+}
+
+// What a new page gets from the handler of a renderer that was started with `arguments`.
+class ORBCefAppRecordModeTest : public v8_doubles::RendererTest {
+ protected:
+  std::vector<std::string> ScriptsOfAPage(std::initializer_list<const char*> arguments) {
+    const CefRefPtr<ORBCefApp> app = new ORBCefApp(ProcessKind::kRenderer);
+    app->OnBeforeCommandLineProcessing("renderer", CommandLine(arguments));
+    context->evaluations.clear();
+    app->GetRenderProcessHandler()->OnContextCreated(browser, main_frame, context);
+    return context->ScriptNames();
+  }
+};
+
+TEST_F(ORBCefAppRecordModeTest, TheModeOfTheSwitchesReachesTheHandlerOfARenderer) {
+  constexpr char kInspector[] = "webapps/WebRecordClient/Record/EventInspector.js";
+  EXPECT_THAT(ScriptsOfAPage({"--type=renderer"}), testing::Not(testing::Contains(kInspector)));
+  EXPECT_THAT(ScriptsOfAPage({"--type=renderer", "--xo-record"}), testing::Contains(kInspector));
+  EXPECT_THAT(ScriptsOfAPage({"--type=renderer", "--xo-replay"}), testing::Contains(kInspector));
+  EXPECT_THAT(ScriptsOfAPage({"--type=renderer", "--xo-record", "--xo-replay"}),
+              testing::Contains(kInspector));
 }
 
 TEST_F(ORBCefAppTest, TheGPUSwitchesComeBeforeTheFileAccessSwitches) {

@@ -116,6 +116,25 @@ TEST_F(ORBCefClientHandlerDisplayTest, WithoutAFocusedFrameScriptsWaitForTheNext
   EXPECT_EQ(_browser->calls.size(), 1u);
 }
 
+// Meant: nothing bounds the wait, neither in time nor in number.
+TEST_F(ORBCefClientHandlerDisplayTest, AReloadThatNeverEndsKeepsAllScriptsWaiting) {
+  MakeWindow(0);
+  _browser->is_loading = true;
+  constexpr int kScripts = 1000;
+  for (int i = 0; i < kScripts; ++i) {
+    _client->ExecuteJavaScript(std::to_string(i), "", 1);
+    _client->OnLoadingStateChange(_browser, true, false, false);
+    _client->OnAddressChange(_browser, _browser->main_frame, "http://page.test/");
+    _client->OnTitleChange(_browser, "reloading");
+  }
+  EXPECT_TRUE(_browser->calls.empty());
+  _client->OnLoadingStateChange(_browser, false, false, false);
+  ASSERT_EQ(_browser->calls.size(), static_cast<size_t>(kScripts));
+  for (int i = 0; i < kScripts; ++i) {
+    ASSERT_THAT(_browser->calls[i], HasSubstr("Execute " + std::to_string(i) + " @ "));
+  }
+}
+
 class ORBCefClientHandlerLoadErrorTest : public ORBCefClientHandlerDisplayTest {
  protected:
   void SetUp() override { _client->Settings().error_url.Set("http://error.test/"); }

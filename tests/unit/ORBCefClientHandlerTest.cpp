@@ -444,11 +444,16 @@ TEST_F(ORBCefClientHandlerMessageTest, NullArgumentsAreRefused) {
 
 // Record and replay messages have no place in an ordinary run.
 TEST_F(ORBCefClientHandlerMessageTest, RecordAndReplayMessagesAreUnhandled) {
-  _tools.record_mode = ORBCEF_RECORDMODE_REPLAY;
-  for (const char* name :
-       {"RecordData", "ReplayResult", "ReplayQuery", "OnInterpreterLoaded", "ReplayAbort"}) {
-    EXPECT_FALSE(Receive(name)) << name;
+  for (const orbceftypes_recordmode mode :
+       {ORBCEF_RECORDMODE_NONE, ORBCEF_RECORDMODE_CAPTURE, ORBCEF_RECORDMODE_REPLAY}) {
+    _tools.record_mode = mode;
+    _client = Make();
+    for (const char* name :
+         {"RecordData", "ReplayResult", "ReplayQuery", "OnInterpreterLoaded", "ReplayAbort"}) {
+      EXPECT_FALSE(Receive(name)) << name << " in mode " << mode;
+    }
   }
+  EXPECT_TRUE(_host.lines.empty() && _browser->calls.empty());
 }
 
 TEST_F(ORBCefClientHandlerTest, OffTheEnginesThreadsEveryCallbackGivesItsFixedAnswer) {

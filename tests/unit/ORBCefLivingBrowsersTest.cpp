@@ -62,4 +62,14 @@ TEST(ORBCefLivingBrowsersTest, WithoutAnEngineThereIsNothingToWaitFor) {
   EXPECT_TRUE(browsers.WaitForNone(milliseconds(0))) << "No close is pending any more.";
 }
 
+TEST(ORBCefLivingBrowsersTest, RestsAfterTheEndOfTheLastBrowser) {
+  ORBCefLivingBrowsers browsers;
+  const CefRefPtr<BrowserDouble> browser = new BrowserDouble(1);
+  browsers.Add(browser);
+  const auto end = std::chrono::steady_clock::now();
+  browsers.Remove(browser);
+  EXPECT_TRUE(browsers.CloseAllAndWait(kLong));
+  EXPECT_GE(std::chrono::steady_clock::now() - end, ORBCefLivingBrowsers::kRest);
+}
+
 }  // namespace

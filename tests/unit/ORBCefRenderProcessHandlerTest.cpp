@@ -311,6 +311,7 @@ TEST_F(ORBCefUncaughtExceptionTest, MissingAndInvalidStackFramesAreSkipped) {
 TEST_F(ORBCefUncaughtExceptionTest, AStackTraceOfNoFramesLogsTheHeader) {
   EXPECT_THAT(Log(new V8StackTraceDouble({})),
               HasSubstr("Uncaught exception.\n\tx is not defined\n\tStack trace:\n"));
+  EXPECT_EQ("", ORBCefRenderProcessHandler::FormatStackTrace(new V8StackTraceDouble({})));
 }
 
 TEST_F(ORBCefUncaughtExceptionTest, WithoutAUsableTraceExceptionOrBrowserNothingIsLogged) {

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "CapturedLog.h"
 #include "FakeTools.h"
 #include "FreshProcess.h"
@@ -208,6 +210,19 @@ TEST_F(ORBCefSettingsTest, TheHelperIsFoundBelowTheFirstRootThatHasIt) {
   tools.Set("ORBInstallPath", first.Path() + ";" + second.Path());
   Fill();
   EXPECT_EQ(helper, TextOf(settings.browser_subprocess_path));
+}
+
+TEST_F(ORBCefSettingsTest, TheHelpersPathIsAbsoluteAlsoBelowARelativeRoot) {
+  TempDirectory root;
+  root.Write("code/bin/7XOWebHelper", "x");
+  root.Write("code/bin/7XOWebHelper.exe", "x");
+  const std::string relative = std::filesystem::relative(root.Path()).string();
+  tools.Set("ORBInstallPath", relative);
+  Fill();
+  const std::string helper = TextOf(settings.browser_subprocess_path);
+  EXPECT_FALSE(platform::IsRelative(helper));
+  EXPECT_TRUE(std::filesystem::equivalent(std::filesystem::path(root.Path()) / "code" / "bin",
+                                          std::filesystem::path(helper).parent_path()));
 }
 
 TEST_F(ORBCefSettingsTest, AMissingHelperLeavesItsPathEmpty) {

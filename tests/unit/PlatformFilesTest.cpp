@@ -37,4 +37,13 @@ TEST(PlatformFilesTest, APathIsRelativeUnlessItStartsAtARoot) {
   EXPECT_FALSE(platform::IsRelative(directory.Path()));
 }
 
+TEST(PlatformFilesTest, ARelativePathIsMadeAbsoluteBelowTheCurrentDirectory) {
+  TempDirectory directory;
+  EXPECT_EQ("", platform::MakeAbsolute(""));
+  EXPECT_EQ(directory.Path(), platform::MakeAbsolute(directory.Path()));
+  const std::string absolute = platform::MakeAbsolute("some/file");
+  EXPECT_FALSE(platform::IsRelative(absolute));
+  EXPECT_EQ("some/file", absolute.substr(absolute.size() - 9));
+}
+
 }  // namespace

@@ -14,13 +14,6 @@ TEST(PlatformProcessTest, TheCommandLineBeginsWithTheProgram) {
   EXPECT_THAT(platform::CommandLineText(), HasSubstr("orbcef_unit_tests"));
 }
 
-TEST(PlatformProcessTest, TheEnvironmentIsTheProcesssOwn) {
-  const char* path = platform::GetEnvironment("PATH");
-  ASSERT_NE(nullptr, path);
-  EXPECT_STRNE("", path);
-  EXPECT_EQ(nullptr, platform::GetEnvironment("ORBCEF_NO_SUCH_VARIABLE"));
-}
-
 #if !defined(_WIN32)
 TEST(PlatformProcessTest, AnX11ProcessIsNotDpiAwareAndHasNoModuleHandle) {
   EXPECT_FALSE(platform::IsDpiAware());

@@ -6,25 +6,25 @@
 
 #include <string>
 
+#include "ORBCefToolsWrapperMT.h"
 #include "include/internal/cef_string.h"
 #include "orbcefbrowserhost.h"
 
 class ORBCefAuthDelegate {
  public:
-  explicit ORBCefAuthDelegate(orbcefbrowserhost_c* table);
-  ~ORBCefAuthDelegate();
+  explicit ORBCefAuthDelegate(orbcefbrowserhost_c* table) : _table(table) {}
   ORBCefAuthDelegate(const ORBCefAuthDelegate&) = delete;
   ORBCefAuthDelegate& operator=(const ORBCefAuthDelegate&) = delete;
 
-  bool IsSet() const { return _table != nullptr; }
-  void Reset();
+  bool IsSet() const { return static_cast<bool>(_table); }
+  void Reset() { _table.Reset(); }
 
   bool IsAuthenticated() const;
   std::string TurnstileURL() const;
   CefString TransientTicketURL(const CefString& url) const;
 
  private:
-  orbcefbrowserhost_c* _table;
+  ORBCefTableRef<orbcefbrowserhost_c> _table;
 };
 
 #endif  // ORBCEF_AUTH_DELEGATE_H

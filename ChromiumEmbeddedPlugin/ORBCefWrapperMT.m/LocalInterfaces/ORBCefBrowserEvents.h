@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "ORBCefToolsWrapperMT.h"
 #include "include/internal/cef_string.h"
 #include "orbcefbrowserevents.h"
 
@@ -15,14 +16,13 @@ class ORBCefBrowserEvents {
  public:
   enum State : int32_t { kCreated = 1, kDocumentReady = 2, kUnloaded = 3 };
 
-  explicit ORBCefBrowserEvents(orbcefbrowserevents_c* table);
-  ~ORBCefBrowserEvents();
+  explicit ORBCefBrowserEvents(orbcefbrowserevents_c* table) : _table(table) {}
   ORBCefBrowserEvents(const ORBCefBrowserEvents&) = delete;
   ORBCefBrowserEvents& operator=(const ORBCefBrowserEvents&) = delete;
 
-  bool IsSet() const { return _table != nullptr; }
+  bool IsSet() const { return static_cast<bool>(_table); }
   // Gives the reference back; the host hears nothing more.
-  void Reset();
+  void Reset() { _table.Reset(); }
 
   void OnStateChanged(State state) const;
   void OnV8Context(bool created) const;
@@ -36,7 +36,7 @@ class ORBCefBrowserEvents {
   void OnZoomChanged(double change) const;
 
  private:
-  orbcefbrowserevents_c* _table;
+  ORBCefTableRef<orbcefbrowserevents_c> _table;
 };
 
 #endif  // ORBCEF_BROWSER_EVENTS_H

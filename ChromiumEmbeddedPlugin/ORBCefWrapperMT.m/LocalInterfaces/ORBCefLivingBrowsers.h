@@ -18,6 +18,10 @@ class ORBCefLivingBrowsers {
   // Long enough for a busy page. An engine that does not answer is shut down all the same.
   static constexpr std::chrono::milliseconds kLimit{5000};
 
+  // The engine gives a page's process up to half a second after its browser, tells nobody of it,
+  // and faults now and then when it is shut down before.
+  static constexpr std::chrono::milliseconds kRest{600};
+
   static ORBCefLivingBrowsers& Instance();
 
   void Add(const CefRefPtr<CefBrowser>& browser);
@@ -28,8 +32,9 @@ class ORBCefLivingBrowsers {
   void CloseAll();
 
   // Waits until the engine's threads have done all earlier tasks, closes what lives then, and
-  // waits until nothing is left. False if a step took longer than `limit`; at once true without an
-  // engine. Host's main thread; the caller keeps new browsers from coming.
+  // waits until nothing is left and kRest has passed since the last end. False if a step took
+  // longer than `limit`; nothing is awaited without an engine. Host's main thread; the caller keeps
+  // new browsers from coming.
   bool CloseAllAndWait(std::chrono::milliseconds limit = kLimit);
 
   // The waiting of CloseAllAndWait.
@@ -41,11 +46,13 @@ class ORBCefLivingBrowsers {
   // Posts the rest of a turn. False if the engine takes no task.
   bool PassOn(size_t station);
   void EndClose();
+  void Rest();
 
   mutable std::mutex _lock;
   std::condition_variable _changed;
   // Guarded by _lock.
   std::map<int, CefRefPtr<CefBrowser>> _browsers;
+  std::chrono::steady_clock::time_point _rest_end;
   bool _is_close_pending = false;
 };
 

@@ -69,7 +69,7 @@ class ORBCefTableRef {
   ORBCefTableRef() = default;
   // Adds a reference; null holds nothing.
   explicit ORBCefTableRef(Table* table) : _p(table) {
-    if (_p)
+    if (_p && _p->add_ref)
       _p->add_ref(_p);
   }
   ORBCefTableRef(const ORBCefTableRef& other) : ORBCefTableRef(other._p) {}
@@ -80,9 +80,10 @@ class ORBCefTableRef {
   }
   ~ORBCefTableRef() { Reset(); }
 
-  // Gives the reference back.
+  // Gives the reference back. Cleared before the call, which may come back here.
   void Reset() {
-    if (Table* table = std::exchange(_p, nullptr))
+    Table* const table = std::exchange(_p, nullptr);
+    if (table && table->release)
       table->release(table);
   }
 

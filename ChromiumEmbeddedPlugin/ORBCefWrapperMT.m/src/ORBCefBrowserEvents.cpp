@@ -13,27 +13,12 @@ void Call(orbcefbrowserevents_c* table, Slot orbcefbrowserevents_c::*slot, Argum
 
 }  // namespace
 
-ORBCefBrowserEvents::ORBCefBrowserEvents(orbcefbrowserevents_c* table) : _table(table) {
-  Call(_table, &orbcefbrowserevents_c::add_ref);
-}
-
-ORBCefBrowserEvents::~ORBCefBrowserEvents() {
-  Reset();
-}
-
-void ORBCefBrowserEvents::Reset() {
-  // Cleared before the call, which may come back here.
-  orbcefbrowserevents_c* const table = _table;
-  _table = nullptr;
-  Call(table, &orbcefbrowserevents_c::release);
-}
-
 void ORBCefBrowserEvents::OnStateChanged(State state) const {
-  Call(_table, &orbcefbrowserevents_c::on_state_changed, static_cast<int32_t>(state));
+  Call(_table.Get(), &orbcefbrowserevents_c::on_state_changed, static_cast<int32_t>(state));
 }
 
 void ORBCefBrowserEvents::OnV8Context(bool created) const {
-  Call(_table, &orbcefbrowserevents_c::on_v8_context, static_cast<uint8_t>(created));
+  Call(_table.Get(), &orbcefbrowserevents_c::on_v8_context, static_cast<uint8_t>(created));
 }
 
 void ORBCefBrowserEvents::OnStringsReceived(const std::vector<CefString>& strings) const {
@@ -48,37 +33,37 @@ void ORBCefBrowserEvents::OnStringsReceived(const std::vector<CefString>& string
     holders.emplace_back(string);
     records.push_back(holders.back().Get());
   }
-  _table->on_strings_received(_table, records.data(), static_cast<int32_t>(records.size()));
+  _table->on_strings_received(_table.Get(), records.data(), static_cast<int32_t>(records.size()));
 }
 
 void ORBCefBrowserEvents::OnTitleChanged(const CefString& title) const {
   const ORBCefCStringHolder record(title);
-  Call(_table, &orbcefbrowserevents_c::on_title_changed, record.Get());
+  Call(_table.Get(), &orbcefbrowserevents_c::on_title_changed, record.Get());
 }
 
 void ORBCefBrowserEvents::OnAddressChanged(const CefString& url) const {
   const ORBCefCStringHolder record(url);
-  Call(_table, &orbcefbrowserevents_c::on_address_changed, record.Get());
+  Call(_table.Get(), &orbcefbrowserevents_c::on_address_changed, record.Get());
 }
 
 void ORBCefBrowserEvents::OnLoadingStateChanged(bool loading, const CefString& url) const {
   const ORBCefCStringHolder record(url);
-  Call(_table, &orbcefbrowserevents_c::on_loading_state_changed, static_cast<uint8_t>(loading),
-       record.Get());
+  Call(_table.Get(), &orbcefbrowserevents_c::on_loading_state_changed,
+       static_cast<uint8_t>(loading), record.Get());
 }
 
 void ORBCefBrowserEvents::OnDocumentSize(int32_t width, int32_t height) const {
-  Call(_table, &orbcefbrowserevents_c::on_document_size, width, height);
+  Call(_table.Get(), &orbcefbrowserevents_c::on_document_size, width, height);
 }
 
 void ORBCefBrowserEvents::OnConsoleMessage(const CefString& message, const CefString& source,
                                            int32_t line) const {
   const ORBCefCStringHolder message_record(message);
   const ORBCefCStringHolder source_record(source);
-  Call(_table, &orbcefbrowserevents_c::on_console_message, message_record.Get(),
+  Call(_table.Get(), &orbcefbrowserevents_c::on_console_message, message_record.Get(),
        source_record.Get(), line);
 }
 
 void ORBCefBrowserEvents::OnZoomChanged(double change) const {
-  Call(_table, &orbcefbrowserevents_c::on_zoom_changed, change);
+  Call(_table.Get(), &orbcefbrowserevents_c::on_zoom_changed, change);
 }

@@ -264,6 +264,8 @@ void ORBCefClientHandler::OnBeforeClose(CefRefPtr<CefBrowser> browser) {
     return;
   }
   ORBCefLog::BrowserInfo(_browser_id, "Closing.");
+  // A browser whose parent window the host destroyed ends without a DoClose.
+  ORBCefClientRegistry::Instance().Remove(_browser_id);
   if (browser) {
     ORBCefLivingBrowsers::Instance().Remove(browser);
   }

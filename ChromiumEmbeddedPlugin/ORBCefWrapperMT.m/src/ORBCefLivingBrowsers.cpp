@@ -42,6 +42,7 @@ void ORBCefLivingBrowsers::Remove(const CefRefPtr<CefBrowser>& browser) {
   }
   removed = found->second;
   _browsers.erase(found);
+  _rest_end = std::chrono::steady_clock::now() + kRest;
   _changed.notify_all();
 }
 
@@ -60,6 +61,10 @@ void ORBCefLivingBrowsers::CloseAll() {
   }
   for (const CefRefPtr<CefBrowser>& browser : browsers) {
     if (const CefRefPtr<CefBrowserHost> host = browser->GetHost()) {
+      // The tools are a browser of their own that tells of no end; closed first, they end first.
+      if (host->HasDevTools()) {
+        host->CloseDevTools();
+      }
       host->CloseBrowser(true);
     }
   }
@@ -77,14 +82,24 @@ bool ORBCefLivingBrowsers::PassOn(size_t station) {
       CloseAll();
       EndClose();
     } else if (!PassOn(station + 1)) {
+      CloseAll();
       EndClose();
     }
   });
 }
 
 bool ORBCefLivingBrowsers::CloseAllAndWait(std::chrono::milliseconds limit) {
-  // A second round, since the end of a browser too leaves work on the engine's threads.
-  return GoRound(limit) && GoRound(limit);
+  // A second round, since the end of a browser too leaves work on the engine's threads, and for a
+  // popup that came after the first one had closed what there was.
+  GoRound(limit);
+  const bool none_left = GoRound(limit);
+  Rest();
+  return none_left;
+}
+
+void ORBCefLivingBrowsers::Rest() {
+  std::unique_lock<std::mutex> guard(_lock);
+  _changed.wait_until(guard, _rest_end, [] { return false; });
 }
 
 bool ORBCefLivingBrowsers::GoRound(std::chrono::milliseconds limit) {

@@ -1,5 +1,6 @@
 #include "ORBCefPluginClient.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "ORBCefDevToolsClient.h"
@@ -24,6 +25,15 @@ constexpr DWORD kChildStyle = 0x56010000;
 // Bad rectangles are not checked, so the sum may wrap around.
 int32_t WrappingSum(int32_t first, int32_t second) {
   return static_cast<int32_t>(static_cast<uint32_t>(first) + static_cast<uint32_t>(second));
+}
+
+// X11 has no empty windows; elsewhere the system gets the value as it is.
+int32_t AtLeastOne(int32_t extent) {
+#if defined(OS_WIN)
+  return extent;
+#else
+  return std::max(extent, 1);
+#endif
 }
 
 // Runs on the engine's UI thread. Only creations and the shutdown take the engine lock, and
@@ -131,7 +141,7 @@ void ORBCefPluginClient::FillWindowInfo(void* parent_window, const Rect& rect,
   // bounds of the view afterwards.
   info.SetAsChild(
       platform::FromWindowHandle<CefWindowHandle>(platform::ToWindowHandle(parent_window)),
-      CefRect(x, y, WrappingSum(x, width), WrappingSum(y, height)));
+      CefRect(x, y, AtLeastOne(WrappingSum(x, width)), AtLeastOne(WrappingSum(y, height))));
 #if defined(OS_WIN)
   info.style = kChildStyle;
 #endif

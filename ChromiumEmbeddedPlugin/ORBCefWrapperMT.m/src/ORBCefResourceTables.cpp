@@ -7,13 +7,14 @@ namespace ORBCefResourceTables {
 
 namespace {
 
+// Both tables stay for the process's life: the engine's threads may read them to its end.
 MimeTypeMap& MimeTypes() {
-  static MimeTypeMap types;
+  static MimeTypeMap& types = *new MimeTypeMap();
   return types;
 }
 
 UriSchemeMap& UriSchemes() {
-  static UriSchemeMap schemes;
+  static UriSchemeMap& schemes = *new UriSchemeMap();
   return schemes;
 }
 

@@ -100,9 +100,11 @@ int DevToolsPort() {
 void Fill(CefSettings& settings, const CefString& language) {
   FillLogAndCache(settings);
 
+  // The roots may be relative, but the engine takes only an absolute path for a path.
   const char* roots = Env("ORBInstallPath");
   SetText(settings.browser_subprocess_path,
-          ORBCefToolsWrapperMT::FindFileOnPaths(kHelper, roots ? roots : std::string()));
+          platform::MakeAbsolute(
+              ORBCefToolsWrapperMT::FindFileOnPaths(kHelper, roots ? roots : std::string())));
   settings.remote_debugging_port = DevToolsPort();
 
   settings.no_sandbox = 1;

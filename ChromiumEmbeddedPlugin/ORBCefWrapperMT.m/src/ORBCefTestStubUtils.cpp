@@ -44,7 +44,8 @@ std::string Environment(const char* name) {
 }
 
 const std::string& StubDirectory() {
-  static const std::string directory = Environment("PATH_TEST");
+  // Never destroyed: the engine may launch a child to the end of the process.
+  static const std::string& directory = *new std::string(Environment("PATH_TEST"));
   return directory;
 }
 

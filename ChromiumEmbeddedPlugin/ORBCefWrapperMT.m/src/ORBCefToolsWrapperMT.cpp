@@ -78,7 +78,8 @@ bool IsLogTopicEnabled(const std::string& topic) {
 }
 
 const std::string& InstallPath() {
-  static const std::string roots = ValueOf("ORBInstallPath");
+  // Never destroyed: the engine's threads may ask to the end of the process.
+  static const std::string& roots = *new std::string(ValueOf("ORBInstallPath"));
   return roots;
 }
 

@@ -79,6 +79,7 @@ _SIGNATURES: dict[str, tuple[Any, list[Any]]] = {
     "XDestroyWindow": (c_int, [c_void_p, c_ulong]),
     "XPending": (c_int, [c_void_p]),
     "XNextEvent": (c_int, [c_void_p, POINTER(_Event)]),
+    "XSendEvent": (c_int, [c_void_p, c_ulong, c_int, c_long, POINTER(_Event)]),
     "XSync": (c_int, [c_void_p, c_int]),
     "XGetGeometry": (
         c_int,
@@ -130,6 +131,7 @@ class X11Window:
             self._display, root, 0, 0, width, height, 0, 0, 0xFFFFFF
         )
         _x11.XSelectInput(self._display, self.handle, _STRUCTURE_NOTIFY | _SUBSTRUCTURE_NOTIFY)
+        self._protocols: int = _x11.XInternAtom(self._display, b"WM_PROTOCOLS", 0)
         self._delete = c_ulong(_x11.XInternAtom(self._display, b"WM_DELETE_WINDOW", 0))
         _x11.XSetWMProtocols(self._display, self.handle, byref(self._delete), 1)
         _x11.XMapWindow(self._display, self.handle)
@@ -175,6 +177,17 @@ class X11Window:
             *map(byref, (root, x, y, width, height, border, depth)),
         )
         return (x.value, y.value, width.value, height.value) if known else None
+
+    def ask_to_close(self, window: Optional[int] = None) -> None:
+        """Asks a window to close, this one or another program's, as a window manager does."""
+        event = _Event()
+        event.client.type = _CLIENT_MESSAGE
+        event.client.window = self.handle if window is None else window
+        event.client.message_type = self._protocols
+        event.client.format = 32
+        event.client.data[0] = self._delete.value
+        _x11.XSendEvent(self._display, event.client.window, 0, 0, byref(event))
+        _x11.XSync(self._display, 0)
 
     def destroy(self) -> None:
         """Destroys the window and what is in it; the connection stays for its last events."""

@@ -26,6 +26,9 @@ bool IsDirectory(const std::string& path);
 // True if the path does not start at a root; the empty path is relative.
 bool IsRelative(const std::string& path);
 
+// A relative path below the current directory; any other path, and the empty one, as it is.
+std::string MakeAbsolute(const std::string& path);
+
 }  // namespace platform
 
 #endif  // PLATFORM_FILES_H

@@ -23,9 +23,6 @@ bool IsDpiAware();
 // The system's handle of the program's image, null where there is no such thing.
 void* ModuleHandle();
 
-// Value of an environment variable, null if it is unset. Valid until the environment changes.
-const char* GetEnvironment(const char* name);
-
 }  // namespace platform
 
 #endif  // PLATFORM_PROCESS_H
