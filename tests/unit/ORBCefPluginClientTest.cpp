@@ -138,6 +138,15 @@ TEST_F(ORBCefPluginClientTest, BadRectanglesWrapAround) {
   EXPECT_EQ(info.bounds.height, INT32_MAX);
 }
 
+#if !defined(OS_WIN)
+TEST_F(ORBCefPluginClientTest, AnEmptyWindowIsOnePixelLargeOnX11) {
+  CefWindowInfo info;
+  ORBCefPluginClient::FillWindowInfo(nullptr, {0, 7, 0, -7}, info);
+  EXPECT_EQ(info.bounds.width, 1);
+  EXPECT_EQ(info.bounds.height, 1);
+}
+#endif
+
 TEST_F(ORBCefPluginClientTest, TheSettingsOfABrowserAreFixedButForJavaScript) {
   CefBrowserSettings settings;
   _client->FillBrowserSettings(settings);

@@ -1,6 +1,5 @@
 #include "ORBCefPluginClient.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "ORBCefDevToolsClient.h"
@@ -27,12 +26,12 @@ int32_t WrappingSum(int32_t first, int32_t second) {
   return static_cast<int32_t>(static_cast<uint32_t>(first) + static_cast<uint32_t>(second));
 }
 
-// X11 has no empty windows; elsewhere the system gets the value as it is.
-int32_t AtLeastOne(int32_t extent) {
+// X11 has no empty windows. Any other value goes to the system as it is.
+int32_t NotEmpty(int32_t extent) {
 #if defined(OS_WIN)
   return extent;
 #else
-  return std::max(extent, 1);
+  return extent == 0 ? 1 : extent;
 #endif
 }
 
@@ -141,7 +140,7 @@ void ORBCefPluginClient::FillWindowInfo(void* parent_window, const Rect& rect,
   // bounds of the view afterwards.
   info.SetAsChild(
       platform::FromWindowHandle<CefWindowHandle>(platform::ToWindowHandle(parent_window)),
-      CefRect(x, y, AtLeastOne(WrappingSum(x, width)), AtLeastOne(WrappingSum(y, height))));
+      CefRect(x, y, NotEmpty(WrappingSum(x, width)), NotEmpty(WrappingSum(y, height))));
 #if defined(OS_WIN)
   info.style = kChildStyle;
 #endif
