@@ -168,6 +168,8 @@ class ORBCefClientHandler : public CefClient,
   ORBCefBrowserEvents _callbacks;
   ORBCefAuthDelegate _auth_delegate;
   std::string _turnstile_url;
+  // The value of the session cookie that was installed; only stored.
+  CefString _login_result;
   URLObserver _url_observer;
   CefRefPtr<CefBrowser> _browser;
   platform::WindowHandle _window = 0;

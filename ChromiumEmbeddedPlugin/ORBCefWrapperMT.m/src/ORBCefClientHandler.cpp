@@ -9,6 +9,7 @@
 #include "ORBCefLog.h"
 #include "ORBCefMessageDispatcher.h"
 #include "ORBCefResourceTables.h"
+#include "ORBCefSessionCookie.h"
 #include "ORBCefTask.h"
 #include "ORBCefToolsWrapperMT.h"
 #include "ORBCefTurnstile.h"
@@ -228,6 +229,9 @@ void ORBCefClientHandler::OnAfterCreated(CefRefPtr<CefBrowser> browser) {
     _window = host ? platform::ToWindowHandle(host->GetWindowHandle()) : 0;
   }
   ORBCefClientRegistry::Instance().Add(_browser_id, this);
+  if (_login_pending.exchange(false)) {
+    _login_result = ORBCefSessionCookie::InstallLauncherCookie(_turnstile_url);
+  }
   ORBCefLanguageCookie::Start(_settings.home_url.Get(), _settings.accept_language.Get());
   _callbacks.OnStateChanged(ORBCefBrowserEvents::kCreated);
   ORBCefLog::BrowserInfo(_browser_id, "Created.");

@@ -63,7 +63,10 @@ class Tools:
         for name, value in (environment or {}).items():
             self.put_env(name, value)
         self._lock = threading.Lock()
-        self._local = threading.local()
+        # The last text lent to a thread under a name. By the system's number of the thread, since
+        # Python forgets a thread of the engine, and what is local to it, as soon as a callback
+        # returns.
+        self._lent: dict[tuple[int, str], Any] = {}
         self.table = self._make_table()
         _given.append(self)
 
@@ -195,7 +198,8 @@ class Tools:
         if text is None:
             return None
         buffer = ctypes.create_string_buffer(encode(text))
-        setattr(self._local, name, buffer)
+        with self._lock:
+            self._lent[threading.get_native_id(), name] = buffer
         return ctypes.addressof(buffer)
 
     def _put_env(self, assignment: bytes) -> int:
