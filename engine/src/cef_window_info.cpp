@@ -18,6 +18,7 @@ void CefWindowInfo::SetAsPopup(cef_window_handle_t parent, const CefString& name
   style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN | WS_CLIPSIBLINGS | WS_VISIBLE;
   parent_window = parent;
   bounds = CefRect(CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT);
-  CefString(&window_name) = name;
+  // Without "this" it would declare a variable of that name.
+  CefString(&this->window_name) = name;
 }
 #endif

@@ -21,22 +21,40 @@ using LogFunction = decltype(&cef_log);
 
 #if defined(OS_WIN)
 constexpr char kLibraryName[] = "libcef.dll";
+constexpr wchar_t kLibraryFile[] = L"libcef.dll";
 
-std::string OwnFolder() {
+// Wide, since a narrow path cannot name every folder. Empty if the system does not tell.
+std::wstring OwnFile() {
   HMODULE module = nullptr;
-  char path[MAX_PATH * 4] = {};
-  if (!GetModuleHandleExA(
+  if (!GetModuleHandleExW(
           GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-          reinterpret_cast<const char*>(&OwnFolder), &module) ||
-      !GetModuleFileNameA(module, path, sizeof(path) - 1)) {
-    return std::string();
+          reinterpret_cast<const wchar_t*>(&OwnFile), &module)) {
+    return std::wstring();
   }
-  return std::string(path).substr(0, std::string(path).find_last_of('\\') + 1);
+  std::wstring path(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD length = GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
+    if (length < path.size()) {
+      path.resize(length);
+      return path;
+    }
+    path.resize(path.size() * 2);
+  }
 }
 
-void* Open(const std::string& path) {
-  return reinterpret_cast<void*>(LoadLibraryExA(
-      path.c_str(), nullptr, path == kLibraryName ? 0 : LOAD_WITH_ALTERED_SEARCH_PATH));
+void* OpenBesideOwnFile() {
+  const std::wstring file = OwnFile();
+  if (file.empty()) {
+    return nullptr;
+  }
+  const std::wstring path = file.substr(0, file.find_last_of(L'\\') + 1) + kLibraryFile;
+  // The libraries that the engine needs lie beside it too, not beside the program.
+  return reinterpret_cast<void*>(
+      LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
+}
+
+void* OpenAnywhere() {
+  return reinterpret_cast<void*>(LoadLibraryExW(kLibraryFile, nullptr, 0));
 }
 
 std::string OpenError() {
@@ -62,6 +80,14 @@ void* Open(const std::string& path) {
   return dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
 }
 
+void* OpenBesideOwnFile() {
+  return Open(OwnFolder() + kLibraryName);
+}
+
+void* OpenAnywhere() {
+  return Open(kLibraryName);
+}
+
 std::string OpenError() {
   const char* text = dlerror();
   return text ? text : "unknown error";
@@ -85,10 +111,10 @@ void Complain(const std::string& text) {
 Library Load() {
   Library loaded;
   loaded.functions.assign(kCount, nullptr);
-  void* handle = Open(OwnFolder() + kLibraryName);
+  void* handle = OpenBesideOwnFile();
   if (!handle) {
     const std::string error = OpenError();
-    handle = Open(kLibraryName);
+    handle = OpenAnywhere();
     if (!handle) {
       Complain(std::string("the engine library ") + kLibraryName +
                " could not be loaded: " + error);
