@@ -1,5 +1,6 @@
 #include "platform/Process.h"
 
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 
@@ -50,6 +51,10 @@ bool IsDpiAware() {
 
 void* ModuleHandle() {
   return nullptr;
+}
+
+const char* GetEnvironment(const char* name) {
+  return std::getenv(name);
 }
 
 }  // namespace platform

@@ -65,6 +65,7 @@ class Connection {
   int _screen = 0;
 };
 
+// One connection for all threads, so their calls come one after the other.
 std::mutex& Mutex() {
   static std::mutex mutex;
   return mutex;

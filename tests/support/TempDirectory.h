@@ -1,4 +1,4 @@
-// A directory of a test's own that goes with everything in it.
+// A directory of a test's own that goes with everything in it. Paths are UTF-8.
 #ifndef ORBCEF_TESTS_TEMP_DIRECTORY_H
 #define ORBCEF_TESTS_TEMP_DIRECTORY_H
 

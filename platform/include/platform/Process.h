@@ -23,6 +23,10 @@ bool IsDpiAware();
 // The system's handle of the program's image, null where there is no such thing.
 void* ModuleHandle();
 
+// Value of an environment variable in UTF-8, null if it is unset. Valid until the next call on this
+// thread, or until the environment changes.
+const char* GetEnvironment(const char* name);
+
 }  // namespace platform
 
 #endif  // PLATFORM_PROCESS_H

@@ -1,9 +1,8 @@
 // What the module does to native windows: move, size, repaint and measure them.
 //
-// Any thread may call these functions; calls come one after the other under a lock of their own.
-// Windows belong to the caller. A window that is gone, or a system without a display, makes a
-// function answer false (or 0) and leaves its result untouched; it never ends the process.
-// Coordinates and sizes are device pixels.
+// Any thread may call these functions. Windows belong to the caller. A window that is gone, or a
+// system without a display, makes a function answer false (or 0) and leaves its result untouched;
+// it never ends the process. Coordinates and sizes are device pixels.
 #ifndef PLATFORM_WINDOWING_H
 #define PLATFORM_WINDOWING_H
 
