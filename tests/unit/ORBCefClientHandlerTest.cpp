@@ -12,6 +12,7 @@
 #include "engine_doubles/HostDoubles.h"
 #include "engine_doubles/ViewDoubles.h"
 #include "include/cef_process_message.h"
+#include "platform/Windowing.h"
 
 namespace {
 
@@ -211,7 +212,7 @@ TEST_F(ORBCefClientHandlerTest, ADownloadDirectoryEndsInASeparator) {
 }
 
 TEST_F(ORBCefClientHandlerTest, TheFirstBrowserBecomesTheViews) {
-  _browser->host->window = static_cast<CefWindowHandle>(77);
+  _browser->host->window = platform::FromWindowHandle<CefWindowHandle>(77);
   const auto client = MakeCreated();
   EXPECT_EQ(client->GetBrowser().get(), _browser.get());
   EXPECT_EQ(client->GetBrowserId(), 11);
@@ -327,7 +328,7 @@ TEST_F(ORBCefClientHandlerTest, TheObserverGoesWithTheBrowser) {
 }
 
 TEST_F(ORBCefClientHandlerTest, DetachTakesTheHostsTablesAway) {
-  _browser->host->window = static_cast<CefWindowHandle>(77);
+  _browser->host->window = platform::FromWindowHandle<CefWindowHandle>(77);
   const auto client = Make(kHome, true);
   client->SetParentWindow(5);
   client->OnAfterCreated(_browser);

@@ -1,11 +1,10 @@
 #include "ORBCefPluginFactory.h"
 
-#include <cstdlib>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "CapturedLog.h"
+#include "Environment.h"
 #include "FakeTools.h"
 #include "FreshProcess.h"
 #include "ORBCefEngine.h"
@@ -31,14 +30,7 @@ Answer Ask(uint32_t major, int32_t minor, const char* name) {
 }
 
 void SetLogVariable(const char* value) {
-#if defined(_WIN32)
-  _putenv_s("ORBCEF_LOG", value ? value : "");
-#else
-  if (value)
-    setenv("ORBCEF_LOG", value, 1);
-  else
-    unsetenv("ORBCEF_LOG");
-#endif
+  SetEnvironment("ORBCEF_LOG", value);
 }
 
 const std::string kInfoLine = std::string("[info] orbcefglobal_c(1,0) Cef: ") + CEF_VERSION + "\n";

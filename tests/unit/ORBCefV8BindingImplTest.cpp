@@ -1,7 +1,6 @@
 #include "ORBCefV8BindingImpl.h"
 
-#include <cstdlib>
-
+#include "Environment.h"
 #include "v8_doubles/RendererFixture.h"
 
 namespace {
@@ -268,22 +267,22 @@ class ORBCefV8BindingEnvironmentTest : public ORBCefV8BindingImplTest {
 };
 
 TEST_F(ORBCefV8BindingEnvironmentTest, AVariableOfTheProcessIsRead) {
-  setenv("ORBCEF_UNIT_TEST_VARIABLE", "caf\xc3\xa9", 1);
+  SetEnvironment("ORBCEF_UNIT_TEST_VARIABLE", "caf\xc3\xa9");
   EXPECT_TRUE(binding->ReadEnvironment(String("ORBCEF_UNIT_TEST_VARIABLE"), value));
   EXPECT_EQ("caf\xc3\xa9", value.ToString());
-  unsetenv("ORBCEF_UNIT_TEST_VARIABLE");
+  SetEnvironment("ORBCEF_UNIT_TEST_VARIABLE", nullptr);
 }
 
 TEST_F(ORBCefV8BindingEnvironmentTest, TheHostIsNotAskedForTheVariable) {
   tools.Set("ORBCEF_UNIT_TEST_VARIABLE", "the host's");
-  setenv("ORBCEF_UNIT_TEST_VARIABLE", "the process's", 1);
+  SetEnvironment("ORBCEF_UNIT_TEST_VARIABLE", "the process's");
   EXPECT_TRUE(binding->ReadEnvironment(String("ORBCEF_UNIT_TEST_VARIABLE"), value));
   EXPECT_EQ("the process's", value.ToString());
-  unsetenv("ORBCEF_UNIT_TEST_VARIABLE");
+  SetEnvironment("ORBCEF_UNIT_TEST_VARIABLE", nullptr);
 }
 
 TEST_F(ORBCefV8BindingEnvironmentTest, AnUnsetVariableReadsAsTheEmptyString) {
-  unsetenv("ORBCEF_UNIT_TEST_VARIABLE");
+  SetEnvironment("ORBCEF_UNIT_TEST_VARIABLE", nullptr);
   EXPECT_TRUE(binding->ReadEnvironment(String("ORBCEF_UNIT_TEST_VARIABLE"), value));
   EXPECT_EQ("", value.ToString());
 }

@@ -1,6 +1,5 @@
 #include "ORBCefV8BindingImpl.h"
 
-#include <cstdlib>
 #include <string>
 
 #include "ORBCefFixedText.h"
@@ -10,6 +9,7 @@
 #include "ORBCefToolsWrapperMT.h"
 #include "ORBCefV8ContextScope.h"
 #include "include/cef_values.h"
+#include "platform/Process.h"
 
 namespace {
 
@@ -174,7 +174,7 @@ bool ORBCefV8BindingImpl::ReadEnvironment(const CefRefPtr<CefV8Value>& name, Cef
   if (variable.empty()) {
     return false;
   }
-  const char* text = std::getenv(variable.c_str());
+  const char* text = platform::GetEnvironment(variable.c_str());
   value.FromString(text ? text : "");
   return true;
 }
