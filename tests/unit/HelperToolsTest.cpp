@@ -4,21 +4,22 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <string>
 #include <thread>
 
+#include "ChildProcess.h"
+#include "Environment.h"
 #include "TempDirectory.h"
 
 namespace {
 
+using child_process::Ending;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
@@ -66,7 +67,7 @@ TEST_F(HelperToolsTest, TheEnvironmentIsThatOfTheProcess) {
   EXPECT_STREQ("a=b", std::getenv("ORBCEF_UNIT_TEST_VARIABLE"));
   EXPECT_EQ(0, tools->put_env("ORBCEF_UNIT_TEST_VARIABLE="));
   EXPECT_STREQ("", tools->get_env("ORBCEF_UNIT_TEST_VARIABLE"));
-  unsetenv("ORBCEF_UNIT_TEST_VARIABLE");
+  SetEnvironment("ORBCEF_UNIT_TEST_VARIABLE", nullptr);
   EXPECT_EQ(nullptr, tools->get_env("ORBCEF_UNIT_TEST_VARIABLE"));
 }
 
@@ -128,85 +129,94 @@ TEST_F(HelperToolsTest, ATaskIsRefusedAndNeverRuns) {
   EXPECT_FALSE(ran);
 }
 
-struct Ending {
-  int code;
-  std::string output;
+// A variable of this process, which the helper inherits, for one test.
+class ScopedVariable {
+ public:
+  ScopedVariable(const char* name, const std::string& value)
+      : _name(name), _old(std::getenv(name) ? std::getenv(name) : "") {
+    SetEnvironment(name, value.c_str());
+  }
+  ~ScopedVariable() { SetEnvironment(_name, _old.empty() ? nullptr : _old.c_str()); }
+  ScopedVariable(const ScopedVariable&) = delete;
+  ScopedVariable& operator=(const ScopedVariable&) = delete;
+
+ private:
+  const char* const _name;
+  const std::string _old;
 };
+
+#if defined(_WIN32)
+constexpr char kHelperFile[] = "7XOWebHelper.exe";
+constexpr char kModuleFile[] = "ORBCefWrapperMT.dll";
+constexpr char kLibraryPath[] = "PATH";
+#else
+constexpr char kHelperFile[] = "7XOWebHelper";
+constexpr char kModuleFile[] = "libORBCefWrapperMT.so";
+constexpr char kLibraryPath[] = "LD_LIBRARY_PATH";
+#endif
 
 // Runs a copy of the helper in a folder that holds nothing but what the test puts there.
 class HelperProcessTest : public testing::Test {
  protected:
-  void SetUp() override { std::filesystem::copy_file(ORBCEF_HELPER_FILE, HelperFile()); }
+  void SetUp() override { Copy(ORBCEF_HELPER_FILE, kHelperFile); }
 
-  std::string HelperFile() const { return folder.Join("7XOWebHelper"); }
-  std::string ModuleFile() const { return folder.Join("libORBCefWrapperMT.so"); }
-
-  // @param assignments "NAME=value" texts for the helper's environment, separated by blanks.
-  // @param redirect what to do with the two output streams.
-  Ending Run(const std::string& assignments, const std::string& redirect) {
-    const std::string command =
-        "cd / && " + assignments + " '" + HelperFile() + "' --type=renderer " + redirect;
-    Ending ending = {-1, ""};
-    if (FILE* pipe = popen(command.c_str(), "r")) {
-      char buffer[256];
-      while (std::fgets(buffer, sizeof(buffer), pipe)) {
-        ending.output += buffer;
-      }
-      const int status = pclose(pipe);
-      ending.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-    return ending;
+  void Copy(const char* from, const char* name) {
+    std::filesystem::copy_file(from, std::filesystem::u8path(folder.Join(name)));
   }
+  std::string ModuleFile() const { return folder.Join(kModuleFile); }
+  Ending Run() const { return child_process::Run(folder.Join(kHelperFile), "--type=renderer"); }
 
   const TempDirectory folder;
 };
 
-constexpr char kOnlyErrors[] = "2>&1 >/dev/null";
-
 TEST_F(HelperProcessTest, TheModuleBesideItIsCalledInOrderAndGivesTheExitCode) {
-  std::filesystem::copy_file(ORBCEF_HELPER_MODULE_DOUBLE, ModuleFile());
-  const Ending ending = Run("ORBCEF_UNIT_TEST_VARIABLE=inherited", "2>&1");
+  const ScopedVariable variable("ORBCEF_UNIT_TEST_VARIABLE", "inherited");
+  Copy(ORBCEF_HELPER_MODULE_DOUBLE, kModuleFile);
+  const Ending ending = Run();
   EXPECT_EQ(42, ending.code);
   EXPECT_EQ(
       "factory 1 0 orbcefglobal_c\nset_tools table tools\nexecute table 0 null env=inherited\n",
       ending.output);
+  EXPECT_EQ("", ending.errors);
 }
 
 TEST_F(HelperProcessTest, WithoutAModuleOneLineSaysWhichFileIsMissing) {
-  const Ending ending = Run("", kOnlyErrors);
+  const Ending ending = Run();
   EXPECT_EQ(120, ending.code);
-  EXPECT_THAT(ending.output,
+  EXPECT_THAT(ending.errors,
               StartsWith("7XOWebHelper: cannot load the module \"" + ModuleFile() + "\""));
-  EXPECT_EQ(1, std::count(ending.output.begin(), ending.output.end(), '\n'));
+  EXPECT_EQ(1, std::count(ending.errors.begin(), ending.errors.end(), '\n'));
 }
 
 TEST_F(HelperProcessTest, TheModuleIsNotSearchedForElsewhere) {
   const std::string elsewhere =
       std::filesystem::path(ORBCEF_HELPER_MODULE_DOUBLE).parent_path().string();
-  EXPECT_EQ(120, Run("LD_LIBRARY_PATH='" + elsewhere + "'", kOnlyErrors).code);
+  const ScopedVariable variable(kLibraryPath, elsewhere);
+  EXPECT_EQ(120, Run().code);
 }
 
 TEST_F(HelperProcessTest, AFileThatIsNoLibraryIsNotLoaded) {
-  folder.Write("libORBCefWrapperMT.so", "no library");
-  const Ending ending = Run("", kOnlyErrors);
+  folder.Write(kModuleFile, "no library");
+  const Ending ending = Run();
   EXPECT_EQ(120, ending.code);
-  EXPECT_THAT(ending.output, HasSubstr("cannot load the module"));
+  EXPECT_THAT(ending.errors, HasSubstr("cannot load the module"));
 }
 
 TEST_F(HelperProcessTest, AModuleWithoutTheFactoryHasItsOwnExitCode) {
-  std::filesystem::copy_file(ORBCEF_HELPER_EMPTY_MODULE, ModuleFile());
-  const Ending ending = Run("", kOnlyErrors);
+  Copy(ORBCEF_HELPER_EMPTY_MODULE, kModuleFile);
+  const Ending ending = Run();
   EXPECT_EQ(121, ending.code);
   EXPECT_EQ(
       "7XOWebHelper: the module \"" + ModuleFile() + "\" has no symbol orbcef_pluginfactory\n",
-      ending.output);
+      ending.errors);
 }
 
 TEST_F(HelperProcessTest, AModuleThatRefusesTheVersionHasItsOwnExitCode) {
-  std::filesystem::copy_file(ORBCEF_HELPER_MODULE_DOUBLE, ModuleFile());
-  const Ending ending = Run("ORBCEF_UNIT_TEST_REFUSE=1", kOnlyErrors);
+  const ScopedVariable variable("ORBCEF_UNIT_TEST_REFUSE", "1");
+  Copy(ORBCEF_HELPER_MODULE_DOUBLE, kModuleFile);
+  const Ending ending = Run();
   EXPECT_EQ(122, ending.code);
-  EXPECT_THAT(ending.output, EndsWith("does not serve this helper's version\n"));
+  EXPECT_THAT(ending.errors, EndsWith("does not serve this helper's version\n"));
 }
 
 }  // namespace

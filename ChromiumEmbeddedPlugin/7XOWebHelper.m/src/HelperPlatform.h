@@ -1,8 +1,9 @@
-// What the helper needs of the operating system: finding and loading the module, and setting a
-// variable of its own environment. One source per platform.
+// What the helper needs of the operating system: finding and loading the module, and the variables
+// of its own environment. One source per platform. Texts are UTF-8.
 //
-// Loading happens once, on the main thread, before the module runs; `PutEnvironment` may come on
-// any thread that the C library allows it on. The module stays loaded until the process ends.
+// Loading happens once, on the main thread, before the module runs; the environment may be asked
+// and set on any thread that the C library allows it on. The module stays loaded until the process
+// ends.
 
 #ifndef ORBCEF_HELPER_PLATFORM_H
 #define ORBCEF_HELPER_PLATFORM_H
@@ -21,6 +22,9 @@ void* LoadModule(const std::string& path, std::string& error);
 
 // Address of the exported `name`; null if the library has no such symbol.
 void* FindSymbol(void* module, const char* name);
+
+// Value of a variable of this process, null if it is unset. Valid until the thread's next call.
+const char* GetEnvironment(const char* name);
 
 // Sets a variable of this process.
 // @param assignment "NAME=value"; the text is copied.

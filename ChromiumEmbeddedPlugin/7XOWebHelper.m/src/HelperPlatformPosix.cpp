@@ -39,6 +39,10 @@ void* FindSymbol(void* module, const char* name) {
   return dlsym(module, name);
 }
 
+const char* GetEnvironment(const char* name) {
+  return getenv(name);
+}
+
 int PutEnvironment(const char* assignment) {
   const char* equals = assignment ? std::strchr(assignment, '=') : nullptr;
   if (!equals || equals == assignment) {

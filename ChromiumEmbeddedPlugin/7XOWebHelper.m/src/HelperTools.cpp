@@ -54,7 +54,11 @@ uint8_t OnMainThread() noexcept {
 
 // The host's environment has become this process's when the engine started it.
 const char* GetEnv(const char* name) noexcept {
-  return std::getenv(name);
+  try {
+    return HelperPlatform::GetEnvironment(name);
+  } catch (...) {
+    return nullptr;
+  }
 }
 
 int32_t PutEnv(const char* assignment) noexcept {

@@ -1,6 +1,10 @@
 // The engine starts this executable for each of its sub-processes. It loads the module that lies
 // beside it and hands the process over, so that all code of a sub-process is the module's.
 
+#if defined(_WIN32)
+#include <windows.h>
+#endif
+
 #include <cstdint>
 #include <cstdio>
 #include <string>
@@ -47,6 +51,13 @@ int Run() {
 
 }  // namespace
 
+#if defined(_WIN32)
+// The entry of a program without a console.
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
+  return Run();
+}
+#else
 int main() {
   return Run();
 }
+#endif
