@@ -19,6 +19,7 @@ from pathlib import Path
 from sources import SOURCE_ROOT
 
 MODULE = "root/code/bin/libORBCefWrapperMT.so"
+WINDOWS_MODULE = "root/code/bin/ORBCefWrapperMT.dll"
 # What the module's C++ face exports, as prefixes of demangled names; the C names stand in full.
 EXPORTS = ("ORBCefPlugin_Tools::SetORBCefTools(", "ORBCefToolsAccessor::")
 C_EXPORTS = {"orbcef_pluginfactory", "MERIDEX_SOFTWARE_KIT2_INTERNAL_ORBCefWrapperMT"}
@@ -27,6 +28,14 @@ LIBRARIES = re.compile(
     r"(libstdc\+\+|libgcc_s|libm|libc|libpthread|libdl|ld-linux-x86-64|libX11|libXtst|libxcb(-\w+)?)\.so"
 )
 NEEDED = re.compile(r"\(NEEDED\)\s+Shared library: \[([^\]]+)\]")
+# What is part of every Windows; the compiler's libraries must be inside the module.
+WINDOWS_LIBRARIES = re.compile(
+    r"(advapi32|gdi32|kernel32|msvcrt|ole32|shell32|shlwapi|user32|ws2_32)\.dll", re.IGNORECASE
+)
+WINDOWS_NEEDED = re.compile(r"^\s*DLL Name: (\S+)", re.MULTILINE)
+# The table of names behind its heading, up to an empty line; older binutils give an index alone.
+NAME_TABLE = re.compile(r"^\[Ordinal/Name Pointer\] Table.*\n((?:.*\S.*\n)*)", re.MULTILINE)
+NAME_ENTRY = re.compile(r"^\s*\[\s*\d+\].*?(\S+)\s*$", re.MULTILINE)
 STRONG_KINDS = "TDBR"
 
 
@@ -47,10 +56,24 @@ def export_problems(demangled: list[str]) -> list[str]:
 
 
 def library_problems(dynamic_section: str) -> list[str]:
-    needed = NEEDED.findall(dynamic_section)
+    return _foreign(NEEDED.findall(dynamic_section), LIBRARIES)
+
+
+def windows_library_problems(headers: str) -> list[str]:
+    """Takes what `objdump --private-headers` says of a DLL."""
+    return _foreign(WINDOWS_NEEDED.findall(headers), WINDOWS_LIBRARIES)
+
+
+def _foreign(needed: list[str], allowed: re.Pattern) -> list[str]:
     if not needed:
-        return ["names no library that it needs: its dynamic section was not understood"]
-    return [f"is linked with {name}" for name in needed if not LIBRARIES.match(name)]
+        return ["names no library that it needs: its headers were not understood"]
+    return [f"is linked with {name}" for name in needed if not allowed.match(name)]
+
+
+def windows_exports(headers: str) -> list[str]:
+    """The mangled names that a DLL exports, of what `objdump --private-headers` says of it."""
+    table = NAME_TABLE.search(headers)
+    return NAME_ENTRY.findall(table[1]) if table else []
 
 
 def duplicate_problems(symbols: list[tuple[str, str, str]]) -> list[str]:
@@ -64,6 +87,22 @@ def duplicate_problems(symbols: list[tuple[str, str, str]]) -> list[str]:
         for name, where in sorted(objects.items())
         if len(where) > 1
     ]
+
+
+def module_problems(build: Path) -> list[str]:
+    windows = build / WINDOWS_MODULE
+    if windows.exists():
+        headers = _output("objdump", "--private-headers", str(windows))
+        # On its standard input: a command line has room for few names.
+        exports = _output("c++filt", given="\n".join(windows_exports(headers))).splitlines()
+        return [
+            f"{windows.name} {text}"
+            for text in (*export_problems(exports), *windows_library_problems(headers))
+        ]
+    module = build / MODULE
+    problems = export_problems(_exports_of(module))
+    problems += library_problems(_output("readelf", "--dynamic", str(module)))
+    return [f"{module.name} {text}" for text in problems]
 
 
 def _exports_of(library: Path) -> list[str]:
@@ -85,18 +124,25 @@ def objects_of(build: Path, targets: tuple[str, ...]) -> list[Path]:
 
 def symbols_of(objects: list[Path]) -> list[tuple[str, str, str]]:
     symbols = []
-    output = _output("nm", "--defined-only", "--print-file-name", *map(str, objects))
+    output = _output(
+        *("nm", "--defined-only", "--print-file-name", "--format=sysv", *map(str, objects))
+    )
     for line in output.splitlines():
-        # "path:address kind name"; a symbol without an address leaves blanks.
-        path, rest = line.rsplit(":", 1)
-        parts = rest.split()
-        if len(parts) == 3:
-            symbols.append((path.split("CMakeFiles/")[-1], parts[1], parts[2]))
+        # "path:name|address|kind|type|size|line|section", with blanks around.
+        columns = [column.strip() for column in line.split("|")]
+        if len(columns) == 7 and ":" in columns[0]:
+            path, name = columns[0].rsplit(":", 1)
+            # Objects for Windows have no weak kinds: what many may define has a section of its
+            # own, with its name behind a "$", of which the linker keeps one.
+            kind = "W" if "$" in columns[6] else columns[2]
+            symbols.append((path.split("CMakeFiles/")[-1], kind, name))
     return symbols
 
 
-def _output(*command: str) -> str:
-    return subprocess.run(command, capture_output=True, text=True, check=True).stdout
+def _output(*command: str, given: str = "") -> str:
+    return subprocess.run(
+        command, input=given, capture_output=True, text=True, check=True
+    ).stdout
 
 
 def main(arguments: list[str] | None = None) -> int:
@@ -104,20 +150,12 @@ def main(arguments: list[str] | None = None) -> int:
     parser.add_argument("--build", type=Path, default=SOURCE_ROOT / "build" / "linux-x64")
     parser.add_argument("--abi", default="108", help="engine interface of the built module")
     options = parser.parse_args(arguments)
-    module = options.build / MODULE
     targets = (f"orbcef_module_{options.abi}", f"orbcef_engine_{options.abi}", "orbcef_platform")
     try:
         objects = objects_of(options.build, targets)
         if not objects:
             raise ValueError(f"no objects of {', '.join(targets)} are built")
-        problems = [
-            *(f"{module.name} {text}" for text in export_problems(_exports_of(module))),
-            *(
-                f"{module.name} {text}"
-                for text in library_problems(_output("readelf", "--dynamic", str(module)))
-            ),
-            *duplicate_problems(symbols_of(objects)),
-        ]
+        problems = [*module_problems(options.build), *duplicate_problems(symbols_of(objects))]
     except subprocess.CalledProcessError as error:
         print(f"check_symbols: {error.stderr.strip()}", file=sys.stderr)
         return 1

@@ -3,26 +3,57 @@
 #ifndef ORBCEF_TESTS_ABI_LOADED_MODULE_H
 #define ORBCEF_TESTS_ABI_LOADED_MODULE_H
 
-#include <dlfcn.h>
 #include <pthread.h>
 #include <stdatomic.h>
 #include <stdint.h>
 #include <stdlib.h>
 #include <string.h>
 
+#if defined(_WIN32)
+#include <windows.h>
+#else
+#include <dlfcn.h>
+#endif
+
 #include "check.h"
 #include "orbcefglobal.h"
 
-// Loads the module and resolves its factory; ends the test if that fails.
-static orbcef_pluginfactory_fn load_factory(const char* path) {
+#if defined(_WIN32)
+static void* open_library(const char* path) {
+  HMODULE module = LoadLibraryExA(path, NULL, LOAD_WITH_ALTERED_SEARCH_PATH);
+  if (!module) {
+    fprintf(stderr, "%s: error %lu\n", path, GetLastError());
+  }
+  return module;
+}
+static void* find_symbol(void* module, const char* name) {
+  return (void*)GetProcAddress((HMODULE)module, name);
+}
+static const char* const kTempVariable = "TEMP";
+#else
+static void* open_library(const char* path) {
   void* module = dlopen(path, RTLD_NOW | RTLD_LOCAL);
   if (!module) {
     fprintf(stderr, "%s\n", dlerror());
+  }
+  return module;
+}
+static void* find_symbol(void* module, const char* name) {
+  return dlsym(module, name);
+}
+static const char* const kTempVariable = "TMPDIR";
+#endif
+
+// Loads the module and resolves its factory; ends the test if that fails.
+static orbcef_pluginfactory_fn load_factory(const char* path) {
+  void* module = open_library(path);
+  if (!module) {
     exit(1);
   }
-  orbcef_pluginfactory_fn factory = (orbcef_pluginfactory_fn)dlsym(module, ORBCEF_FACTORY_SYMBOL);
+  orbcef_pluginfactory_fn factory =
+      (orbcef_pluginfactory_fn)find_symbol(module, ORBCEF_FACTORY_SYMBOL);
   uint64_t (*marker)(void) =
-      (uint64_t(*)(void))dlsym(module, "MERIDEX_SOFTWARE_KIT2_INTERNAL_ORBCefWrapperMT");
+      (uint64_t(*)(void))find_symbol(module, "MERIDEX_SOFTWARE_KIT2_INTERNAL_ORBCefWrapperMT");
   check(factory != NULL, "the factory is exported");
   check(marker && marker() == 1, "the marker is exported and answers 1");
   if (!factory) {
@@ -92,7 +123,7 @@ static orbcefstring_c* empty(void) {
   return NULL;
 }
 static orbcefstring_c* temp(void) {
-  const char* directory = getenv("TMPDIR");
+  const char* directory = getenv(kTempVariable);
   return new_text(directory && *directory ? directory : "/tmp");
 }
 static orbcefstring_c* empty_for(const char* place, const char* key) {

@@ -14,9 +14,37 @@
 
 static orbcef_pluginfactory_fn g_factory;
 
+#if defined(_WIN32)
+// An empty value removes a variable here, so "set" is some other text.
+static void set_variable(const char* name) {
+  _putenv_s(name, "1");
+}
+static void remove_variable(const char* name) {
+  _putenv_s(name, "");
+}
+#else
+static void set_variable(const char* name) {
+  setenv(name, "", 1);
+}
+static void remove_variable(const char* name) {
+  unsetenv(name);
+}
+#endif
+
 // ---- Standard output of a call
 
 static char g_output[4096];
+
+// Takes the carriage returns out that a text has where lines end in two characters.
+static void unify_lines(char* text) {
+  char* end = text;
+  for (; *text; ++text) {
+    if (*text != '\r') {
+      *end++ = *text;
+    }
+  }
+  *end = '\0';
+}
 
 // Calls the factory and keeps what it wrote to standard output in `g_output`.
 static void* call_factory(uint32_t major, int32_t minor, const char* name) {
@@ -34,6 +62,7 @@ static void* call_factory(uint32_t major, int32_t minor, const char* name) {
   rewind(file);
   const size_t length = fread(g_output, 1, sizeof(g_output) - 1, file);
   g_output[length] = '\0';
+  unify_lines(g_output);
   fclose(file);
   return table;
 }
@@ -156,11 +185,11 @@ int main(int argc, char** argv) {
   } kModes[] = {{"factory", check_factory}, {"log", check_log}, {"tables", check_tables}};
   const char* mode = argv[2];
   // The module reads the variables of an earlier rig or log from its surroundings.
-  unsetenv("ORBCEF_LOG");
-  unsetenv("QVL_RIG_TMP");
-  unsetenv("ORBCEF_RECORD");
+  remove_variable("ORBCEF_LOG");
+  remove_variable("QVL_RIG_TMP");
+  remove_variable("ORBCEF_RECORD");
   if (strcmp(mode, "log") == 0) {
-    setenv("ORBCEF_LOG", "", 1);
+    set_variable("ORBCEF_LOG");
   }
   g_factory = load_factory(argv[1]);
   for (size_t i = 0; i < sizeof(kModes) / sizeof(kModes[0]); ++i) {

@@ -1,14 +1,21 @@
 """Checks that the module exports what a host may resolve, and nothing else.
 
-    test_exports.py MODULE [NM]
+    test_exports.py MODULE [LISTER]
+
+LISTER is the "nm" that reads the module or, for a DLL, the "objdump".
 """
 
 import re
 import subprocess
 import sys
 import unittest
+from pathlib import Path
 
 import tap
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools"))
+
+from check_symbols import windows_exports  # noqa: E402
 
 _STRING = "std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> >"
 _MAP = f"std::map<{_STRING}, {_STRING}, std::less<{_STRING} >, " \
@@ -76,6 +83,24 @@ class ModuleExports(unittest.TestCase):
         self.assertEqual(others, [])
 
 
+class DllExports(unittest.TestCase):
+    module = ""
+    objdump = "objdump"
+
+    def test_exactly_the_public_names(self) -> None:
+        headers = subprocess.run(
+            [self.objdump, "--private-headers", self.module],
+            check=True, capture_output=True, text=True,
+        ).stdout  # fmt: skip
+        names = subprocess.run(
+            ["c++filt"], input="\n".join(windows_exports(headers)),
+            check=True, capture_output=True, text=True,
+        ).stdout  # fmt: skip
+        # In the form that a listing has: an address and a kind come first.
+        listing = "".join(f"0 T {name}\n" for name in names.splitlines())
+        self.assertEqual(sorted(exported(listing)), sorted(EXPECTED))
+
+
 class Reading(unittest.TestCase):
     """The test itself: a name too many or too few must show."""
 
@@ -101,6 +126,10 @@ class Reading(unittest.TestCase):
 if __name__ == "__main__":
     if len(sys.argv) not in (2, 3):
         sys.exit(__doc__)
+    if sys.argv[1].endswith(".dll"):
+        DllExports.module = sys.argv[1]
+        DllExports.objdump = sys.argv[2] if len(sys.argv) == 3 else "objdump"
+        sys.exit(tap.run(DllExports, Reading))
     ModuleExports.module = sys.argv[1]
     ModuleExports.nm = sys.argv[2] if len(sys.argv) == 3 else "nm"
     sys.exit(tap.run(ModuleExports, Reading))
