@@ -19,8 +19,9 @@ exit "${PYTHON_STATUS:-0}"
 """
 CMAKE = """#!/bin/bash
 echo "cmake $*" >> "$CALLS"
-mkdir -p build/linux-x64/bin
-touch build/linux-x64/build.ninja
+while [[ $1 != -B ]]; do shift; done
+mkdir -p "$2" build/linux-x64/bin
+touch "$2/build.ninja"
 printf '#!/bin/bash\\necho "host $ORBInstallPath $*" >> "$CALLS"\\n' > build/linux-x64/bin/orbcef_host
 chmod +x build/linux-x64/bin/orbcef_host
 """
@@ -34,6 +35,7 @@ class Machine:
         self.calls_file = tree.root / "calls"
         shutil.copy(ROOT / "dev", tree.root)
         tree.write("tools/debian-packages.txt", PACKAGES)
+        tree.write("tools/debian-packages-windows-x64.txt", "mingw\n")
         tree.write("tests/requirements.txt", "pytest==1\n")
         self.bin.mkdir()
         for name in REAL:
@@ -97,7 +99,9 @@ def test_alone_it_prints_one_line_for_each_verb(machine):
     "arguments, text",
     [
         (["nonsense"], "there is no verb 'nonsense'"),
-        (["build", "macos"], "build knows one target"),
+        (["build", "macos"], "build knows the targets linux-x64 windows-x64"),
+        (["build", "linux-x64", "windows-x64"], "build knows the targets"),
+        (["build", "linux-x64 windows-x64"], "build knows the targets"),
         (["setup", "more"], "setup takes no arguments"),
         (["check", "more"], "check takes no arguments"),
         (["clean", "--most"], "clean takes no '--most'"),
@@ -176,6 +180,29 @@ def test_build_configures_once_and_again_for_other_options(machine, tree):
     assert f"-DENGINE_ROOT={tree.root}" in configured
 
 
+@pytest.mark.skipif(os.geteuid() != 0, reason="asks for the call that root makes")
+def test_the_compiler_for_windows_is_installed_only_when_it_is_asked_for(machine):
+    machine.dev("build")
+    assert starting(machine.calls(), "apt-get") == []
+    machine.dev("build", "windows-x64")
+    assert starting(machine.calls(), "apt-get")[-1].endswith("--no-install-recommends mingw")
+
+
+def test_build_for_windows_has_a_folder_an_engine_and_a_toolchain_of_its_own(machine, tree):
+    assert machine.dev("build", "windows-x64").returncode == 0
+    calls = machine.calls()
+    fetch = next(call for call in calls if "fetch_engine.py" in call)
+    assert fetch.endswith("--target windows-x64 --abi 108")
+    configured = starting(calls, "cmake")[0]
+    assert f"-B {tree.root}/build/windows-x64 " in configured
+    assert f"-DCMAKE_TOOLCHAIN_FILE={tree.root}/cmake/mingw-w64.cmake" in configured
+    assert starting(calls, "ninja") == [f"ninja -C {tree.root}/build/windows-x64"]
+    machine.dev("build")
+    calls = machine.calls()
+    assert "TOOLCHAIN" not in starting(calls, "cmake")[0]
+    assert starting(calls, "ninja") == [f"ninja -C {tree.root}/build/linux-x64"]
+
+
 def test_run_builds_and_passes_all_arguments_to_the_host(machine, tree):
     done = machine.dev("run", "--url", "data:text/html,a b", "--seconds", "2")
     assert done.returncode == 0, done.stderr
@@ -215,9 +242,12 @@ def test_a_failed_suite_is_a_failed_command(machine):
 
 def test_clean(machine, tree):
     machine.dev("build")
+    machine.dev("build", "windows-x64")
     engine = tree.write("build/engine/108/linux-x64/libcef.so")
     machine.dev("clean")
-    assert not (tree.root / "build/linux-x64").exists() and engine.exists()
+    assert engine.exists()
+    for target in ("linux-x64", "windows-x64"):
+        assert not (tree.root / "build" / target).exists()
     machine.dev("clean", "--all")
     assert not (tree.root / "build").exists()
 
