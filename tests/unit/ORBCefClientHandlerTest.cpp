@@ -23,7 +23,6 @@ using engine_doubles::HostEvents;
 using testing::HasSubstr;
 using testing::Not;
 using Lines = std::vector<std::string>;
-
 constexpr char kHome[] = "https://home.test/start";
 constexpr char kService[] = "https://sso.test/";
 
