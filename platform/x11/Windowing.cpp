@@ -77,10 +77,6 @@ Connection& TheConnection() {
   return connection;
 }
 
-xcb_window_t Id(WindowHandle window) {
-  return static_cast<xcb_window_t>(window);
-}
-
 bool Succeeded(xcb_connection_t* x, xcb_void_cookie_t cookie) {
   return !Reply<xcb_generic_error_t>(xcb_request_check(x, cookie)) && !xcb_connection_has_error(x);
 }
@@ -116,63 +112,64 @@ bool Outline(xcb_connection_t* x, xcb_window_t window, Rect& rect) {
   return true;
 }
 
+// What the work answers for the window, under the lock and with a connection; the false value
+// without a window or a connection.
+template <class Work>
+auto ForWindow(WindowHandle window, Work work) -> decltype(work(nullptr, kNoWindow)) {
+  std::lock_guard<std::mutex> guard(Mutex());
+  xcb_connection_t* connection = TheConnection().Get();
+  if (!connection || !window)
+    return {};
+  return work(connection, static_cast<xcb_window_t>(window));
+}
+
 }  // namespace
 
 bool MoveResize(WindowHandle window, int x, int y, int width, int height) {
-  std::lock_guard<std::mutex> guard(Mutex());
-  xcb_connection_t* connection = TheConnection().Get();
-  if (!connection || !window)
-    return false;
-  const std::uint32_t values[] = {static_cast<std::uint32_t>(std::clamp(x, kLeast, kMost)),
-                                  static_cast<std::uint32_t>(std::clamp(y, kLeast, kMost)),
-                                  static_cast<std::uint32_t>(std::clamp(width, 1, kMost)),
-                                  static_cast<std::uint32_t>(std::clamp(height, 1, kMost))};
-  return Succeeded(connection, xcb_configure_window_checked(
-                                   connection, Id(window),
-                                   XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y |
-                                       XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
-                                   values));
+  return ForWindow(window, [=](xcb_connection_t* connection, xcb_window_t id) {
+    const std::uint32_t values[] = {static_cast<std::uint32_t>(std::clamp(x, kLeast, kMost)),
+                                    static_cast<std::uint32_t>(std::clamp(y, kLeast, kMost)),
+                                    static_cast<std::uint32_t>(std::clamp(width, 1, kMost)),
+                                    static_cast<std::uint32_t>(std::clamp(height, 1, kMost))};
+    return Succeeded(connection, xcb_configure_window_checked(
+                                     connection, id,
+                                     XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y |
+                                         XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
+                                     values));
+  });
 }
 
 bool ShrinkToNothing(WindowHandle window) {
-  std::lock_guard<std::mutex> guard(Mutex());
-  xcb_connection_t* connection = TheConnection().Get();
-  if (!connection || !window)
-    return false;
-  const std::uint32_t values[] = {1, 1};
-  return Succeeded(connection, xcb_configure_window_checked(
-                                   connection, Id(window),
-                                   XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, values));
+  return ForWindow(window, [](xcb_connection_t* connection, xcb_window_t id) {
+    const std::uint32_t values[] = {1, 1};
+    return Succeeded(connection, xcb_configure_window_checked(
+                                     connection, id,
+                                     XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, values));
+  });
 }
 
 bool Invalidate(WindowHandle window) {
-  std::lock_guard<std::mutex> guard(Mutex());
-  xcb_connection_t* connection = TheConnection().Get();
-  if (!connection || !window)
-    return false;
-  // A width and height of 0 reach to the window's edges.
-  return Succeeded(connection, xcb_clear_area_checked(connection, 1, Id(window), 0, 0, 0, 0));
+  return ForWindow(window, [](xcb_connection_t* connection, xcb_window_t id) {
+    // A width and height of 0 reach to the window's edges.
+    return Succeeded(connection, xcb_clear_area_checked(connection, 1, id, 0, 0, 0, 0));
+  });
 }
 
 bool ClientRect(WindowHandle window, Rect& rect) {
-  std::lock_guard<std::mutex> guard(Mutex());
-  xcb_connection_t* connection = TheConnection().Get();
-  if (!connection || !window)
-    return false;
-  const auto geometry = Geometry(connection, Id(window));
-  if (!geometry)
-    return false;
-  rect = Rect{0, 0, geometry->width, geometry->height};
-  return true;
+  return ForWindow(window, [&](xcb_connection_t* connection, xcb_window_t id) {
+    const auto geometry = Geometry(connection, id);
+    if (!geometry)
+      return false;
+    rect = Rect{0, 0, geometry->width, geometry->height};
+    return true;
+  });
 }
 
 bool RootRect(WindowHandle window, Rect& rect) {
-  std::lock_guard<std::mutex> guard(Mutex());
-  xcb_connection_t* connection = TheConnection().Get();
-  if (!connection || !window)
-    return false;
-  const xcb_window_t top_level = TopLevel(connection, Id(window));
-  return top_level != kNoWindow && Outline(connection, top_level, rect);
+  return ForWindow(window, [&](xcb_connection_t* connection, xcb_window_t id) {
+    const xcb_window_t top_level = TopLevel(connection, id);
+    return top_level != kNoWindow && Outline(connection, top_level, rect);
+  });
 }
 
 bool DesktopRect(Rect& rect) {
@@ -182,33 +179,28 @@ bool DesktopRect(Rect& rect) {
 }
 
 bool MapToScreen(WindowHandle window, Point& point) {
-  std::lock_guard<std::mutex> guard(Mutex());
-  xcb_connection_t* connection = TheConnection().Get();
-  if (!connection || !window)
-    return false;
-  const auto geometry = Geometry(connection, Id(window));
-  if (!geometry)
-    return false;
-  // The window's origin is translated and the point added, since the point may exceed 16 bits.
-  const Reply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
-      connection, xcb_translate_coordinates(connection, Id(window), geometry->root, 0, 0),
-      nullptr));
-  if (!origin)
-    return false;
-  point.x += origin->dst_x;
-  point.y += origin->dst_y;
-  return true;
+  return ForWindow(window, [&](xcb_connection_t* connection, xcb_window_t id) {
+    const auto geometry = Geometry(connection, id);
+    if (!geometry)
+      return false;
+    // The window's origin is translated and the point added, since the point may exceed 16 bits.
+    const Reply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
+        connection, xcb_translate_coordinates(connection, id, geometry->root, 0, 0), nullptr));
+    if (!origin)
+      return false;
+    point.x += origin->dst_x;
+    point.y += origin->dst_y;
+    return true;
+  });
 }
 
 WindowHandle FirstChild(WindowHandle window) {
-  std::lock_guard<std::mutex> guard(Mutex());
-  xcb_connection_t* connection = TheConnection().Get();
-  if (!connection || !window)
-    return 0;
-  const auto tree = Tree(connection, Id(window));
-  // The list goes from the bottom to the top.
-  const int count = tree ? xcb_query_tree_children_length(tree.get()) : 0;
-  return count > 0 ? xcb_query_tree_children(tree.get())[count - 1] : 0;
+  return ForWindow(window, [](xcb_connection_t* connection, xcb_window_t id) -> WindowHandle {
+    const auto tree = Tree(connection, id);
+    // The list goes from the bottom to the top.
+    const int count = tree ? xcb_query_tree_children_length(tree.get()) : 0;
+    return count > 0 ? xcb_query_tree_children(tree.get())[count - 1] : 0;
+  });
 }
 
 }  // namespace platform

@@ -64,7 +64,7 @@ def test_the_reference_host_shows_the_answer_and_says_so(tmp_path):
 @pytest.mark.parametrize("arguments, status", [
     (["--seconds", "abc"], 2),
     (["--root", "/nonexistent"], 3),
-    (["--url", "xortv://webapps/Nope/missing.html", "--seconds", "1"], 8),
+    (["--url", "xortv://webapps/Nope/missing.html", "--seconds", str(scaled(3))], 8),
 ])
 def test_the_reference_hosts_status_says_what_failed(tmp_path, arguments, status):
     environment = {k: v for k, v in os.environ.items() if not k.startswith("ORB")}

@@ -126,6 +126,7 @@ print("done", flush=True)
 
 
 @pytest.mark.in_parent
+@pytest.mark.timeout(scaled(600))
 @pytest.mark.parametrize("name, runs", [(name, 200 if name.startswith("create, then") else 15) for name in SCENARIOS])
 def test_a_shutdown_never_hangs_or_crashes(tmp_path, name, runs):
     script = tmp_path / "scenario.py"

@@ -8,7 +8,7 @@
 #include "FakeTools.h"
 #include "FreshProcess.h"
 #include "ORBCefEngine.h"
-#include "ORBCefTools.h"
+#include "ORBCefToolsAccessor.h"
 #include "include/cef_version.h"
 
 namespace {
@@ -124,11 +124,10 @@ TEST(ORBCefGlobalTableTest, TheMarkerIsOneAndTheReservedSlotZero) {
 TEST(ORBCefGlobalTableTest, SetToolsStoresTheTable) {
   orbcefglobal_c* table = ORBCefGlobalTable();
   FakeTools tools;
-  table->set_tools(table, nullptr);
-  EXPECT_FALSE(ORBCefTools::AreSet());
   _orbceftools_c host = FakeTools::Table();
+  host.get_release_level = []() -> int32_t { return 99; };
   table->set_tools(table, &host);
-  EXPECT_TRUE(ORBCefTools::AreSet());
+  EXPECT_EQ(99, ORBCefToolsAccessor::GetOrbisReleaseLevelInfo());
 }
 
 TEST(ORBCefGlobalTableTest, ShutdownBeforeInitDoesNothing) {

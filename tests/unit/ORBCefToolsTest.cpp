@@ -1,4 +1,4 @@
-#include "ORBCefTools.h"
+#include "ORBCefToolsAccessor.h"
 
 #include <cstring>
 
@@ -44,13 +44,7 @@ TEST_F(ORBCefToolsTest, ASecondTableReplacesTheFirst) {
   EXPECT_EQ(99, Tools::GetOrbisReleaseLevelInfo());
 }
 
-TEST_F(ORBCefToolsTest, NullTakesTheTableAway) {
-  EXPECT_TRUE(ORBCefTools::AreSet());
-  ORBCefPlugin_Tools::SetORBCefTools(nullptr);
-  EXPECT_FALSE(ORBCefTools::AreSet());
-}
-
-TEST_F(ORBCefToolsTest, ACallWithoutATableIsReportedAndFaults) {
+TEST_F(ORBCefToolsTest, NullTakesTheTableAwayAndACallWithoutItIsReportedAndFaults) {
   fresh_process::ExpectDeath(
       [] {
         ORBCefPlugin_Tools::SetORBCefTools(nullptr);

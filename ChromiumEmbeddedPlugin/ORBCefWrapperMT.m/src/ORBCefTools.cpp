@@ -1,4 +1,4 @@
-#include "ORBCefTools.h"
+#include "ORBCefToolsAccessor.h"
 
 #include <algorithm>
 #include <memory>
@@ -44,14 +44,6 @@ constexpr char kMapping[] = "[WebRecord] Mapping found for \"";
 constexpr char kMapsTo[] = "\": ";
 
 }  // namespace
-
-namespace ORBCefTools {
-
-bool AreSet() {
-  return g_tools != nullptr;
-}
-
-}  // namespace ORBCefTools
 
 namespace ORBCefPlugin_Tools {
 
