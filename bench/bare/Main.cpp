@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "Workload.h"
+#include "Session.h"
 #include "include/cef_app.h"
 #include "include/cef_browser.h"
 #include "include/cef_client.h"
@@ -107,9 +107,12 @@ class Files : public CefSchemeHandlerFactory {
   IMPLEMENT_REFCOUNTING(Files);
 };
 
-class View : public CefClient, public CefLifeSpanHandler, public CefLoadHandler {
+class Client : public CefClient,
+               public CefLifeSpanHandler,
+               public CefLoadHandler,
+               public bench::View {
  public:
-  explicit View(bench::Receiver& receiver) : _receiver(receiver) {}
+  explicit Client(bench::Session& session) : _session(session) {}
 
   CefRefPtr<CefLifeSpanHandler> GetLifeSpanHandler() override { return this; }
   CefRefPtr<CefLoadHandler> GetLoadHandler() override { return this; }
@@ -126,42 +129,45 @@ class View : public CefClient, public CefLifeSpanHandler, public CefLoadHandler 
       records[i] = {texts[i].data(), texts[i].size(), nullptr};
       pointers[i] = &records[i];
     }
-    bench::Receiver::OnStrings(&_receiver, pointers.data(), static_cast<int32_t>(pointers.size()));
+    bench::Session::OnStrings(&_session, pointers.data(), static_cast<int32_t>(pointers.size()));
     return true;
   }
   void OnLoadingStateChange(CefRefPtr<CefBrowser> browser, bool is_loading, bool can_go_back,
                             bool can_go_forward) override {
     if (!is_loading) {
-      _receiver.OnLoadEnd();
+      _session.OnLoadEnd();
     }
   }
   void OnAfterCreated(CefRefPtr<CefBrowser> browser) override { _browser = browser; }
   void OnBeforeClose(CefRefPtr<CefBrowser> browser) override {
     _browser = nullptr;
-    _receiver.OnClosed();
+    _session.OnClosed();
   }
 
-  // Only after the load's end, so after OnAfterCreated.
-  CefRefPtr<CefBrowser> Browser() const { return _browser; }
+  // Both only after the load's end, so after OnAfterCreated.
+  void Execute(const std::string& code) override {
+    _browser->GetMainFrame()->ExecuteJavaScript(code, "", 0);
+  }
+  void Close() { _browser->GetHost()->CloseBrowser(true); }
 
  private:
-  bench::Receiver& _receiver;
+  bench::Session& _session;
   CefRefPtr<CefBrowser> _browser;
-  IMPLEMENT_REFCOUNTING(View);
+  IMPLEMENT_REFCOUNTING(Client);
 };
 
 class Opening : public CefTask {
  public:
-  Opening(CefRefPtr<View> view, unsigned long parent) : _view(view), _parent(parent) {}
+  Opening(CefRefPtr<Client> client, unsigned long parent) : _client(client), _parent(parent) {}
   void Execute() override {
     CefWindowInfo window;
     window.SetAsChild(_parent, CefRect(0, 0, 800, 600));
-    CefBrowserHost::CreateBrowserSync(window, _view, bench::kPageUrl, CefBrowserSettings(), nullptr,
-                                      nullptr);
+    CefBrowserHost::CreateBrowserSync(window, _client, bench::kPageUrl, CefBrowserSettings(),
+                                      nullptr, nullptr);
   }
 
  private:
-  const CefRefPtr<View> _view;
+  const CefRefPtr<Client> _client;
   const unsigned long _parent;
   IMPLEMENT_REFCOUNTING(Opening);
 };
@@ -205,20 +211,13 @@ CefSettings Settings(const bench::Options& options, const char* program) {
   return settings;
 }
 
-bool Run(const bench::Options& options, bench::Receiver& receiver, CefRefPtr<View> view) {
+bool Run(bench::Session& session, CefRefPtr<Client> client) {
   const unsigned long window = bench::OpenWindow();
-  if (!window || !CefPostTask(TID_UI, new Opening(view, window)) || !receiver.WaitForLoadEnd()) {
+  if (!window || !CefPostTask(TID_UI, new Opening(client, window)) || !session.Travel(*client)) {
     return false;
   }
-  if (options.workload == "send") {
-    receiver.BeginSending();
-    view->Browser()->GetMainFrame()->ExecuteJavaScript(
-        "sendMany(" + std::to_string(options.count) + ", " + std::to_string(options.length) + ")",
-        "", 0);
-    receiver.WaitForStrings();
-  }
-  view->Browser()->GetHost()->CloseBrowser(true);
-  return receiver.WaitForClosed();
+  client->Close();
+  return session.WaitForClosed();
 }
 
 }  // namespace
@@ -228,14 +227,14 @@ int main(int argc, char** argv) {
     return CefExecuteProcess(CefMainArgs(argc, argv), new App(""), nullptr);
   }
   const bench::Options options = bench::ParseOptions(argc, argv);
-  bench::Receiver receiver(options);
+  bench::Session session(options);
   if (!CefInitialize(CefMainArgs(), Settings(options, argv[0]), new App(options.roots), nullptr)) {
     std::printf("FAILED the engine did not start\n");
     return 1;
   }
-  CefRefPtr<View> view = new View(receiver);
-  const bool done = Run(options, receiver, view);
-  view = nullptr;
+  CefRefPtr<Client> client = new Client(session);
+  const bool done = Run(session, client);
+  client = nullptr;
   CefShutdown();
-  return receiver.Report() && done ? 0 : 1;
+  return session.Report() && done ? 0 : 1;
 }

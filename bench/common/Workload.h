@@ -1,74 +1,46 @@
-// What both programs of a bench share: options, clock, the host window, and the receiver that
-// counts, checks and times the strings. The main thread calls all of it, except
-// `Receiver::OnStrings`, which any one thread calls at a time.
+// What a bench does with a loaded page, the same for both programs. A workload counts and checks
+// what comes back: what is lost, changed or out of order makes it fail.
 #pragma once
 
-#include <condition_variable>
 #include <cstdint>
-#include <mutex>
+#include <memory>
 #include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
-#include "orbcefrecords.h"
+#include "Bench.h"
 
 namespace bench {
 
-// Nanoseconds of the system's monotonic clock, the same for all processes.
-int64_t Now();
-
-struct Options {
-  std::string workload;
-  // When the runner started this process.
-  int64_t started = 0;
-  // The installation roots, separated by ";".
-  std::string roots;
-  std::string profile;
-  int count = 10000;
-  int length = 64;
+// A view as a workload sees it.
+class View {
+ public:
+  virtual ~View() = default;
+  // Runs a script in the page. Any thread.
+  virtual void Execute(const std::string& code) = 0;
 };
 
-// Exits with a usage line when the command line is wrong.
-Options ParseOptions(int argc, char** argv);
-
-// A plain mapped window of 800 by 600; 0 without a display.
-unsigned long OpenWindow();
-
-constexpr char kPageUrl[] = "xortv://webapps/Bench/index.html";
-
-// Events of the engine's threads that the main thread waits for.
-class Receiver {
+class Workload {
  public:
-  explicit Receiver(const Options& options) : _options(options) {}
+  // Names and what was measured.
+  using Values = std::vector<std::pair<std::string, double>>;
 
-  // The C callback that both programs end in.
-  static void OnStrings(void* self, const orbcefstring_c* const* strings, int32_t count);
-  void OnLoadEnd();
-  void OnClosed();
+  virtual ~Workload() = default;
 
-  // Each waits up to 30 seconds and answers whether the event came.
-  bool WaitForLoadEnd();
-  bool WaitForStrings();
-  bool WaitForClosed();
+  // Null without a workload of that name.
+  static std::unique_ptr<Workload> Make(const Options& options);
 
-  void BeginSending();
-  // Prints the measured value, or what was lost or out of order. Answers whether all was well.
-  bool Report();
+  // The page stood at this time. An engine thread.
+  virtual void Loaded(int64_t) {}
+  // Main thread, after the page has loaded. False if nothing is to be waited for.
+  virtual bool Begin(View& view) = 0;
+  // A string of the page, on an engine thread. Answers whether it was the last one.
+  virtual bool Take(View& view, std::string_view text) = 0;
 
- private:
-  bool Wait(const bool& flag);
-  void Take(const orbcefstring_c& text);
-
-  const Options& _options;
-  std::mutex _mutex;
-  std::condition_variable _changed;
-  // guarded by _mutex
-  bool _loaded = false;
-  bool _complete = false;
-  bool _closed = false;
-  int64_t _load_end = 0;
-  int64_t _send_begin = 0;
-  int64_t _send_end = 0;
-  int _received = 0;
-  int _wrong = 0;
+  // After the end. What went wrong, or nothing.
+  virtual std::string Failure() const = 0;
+  virtual Values Results() const = 0;
 };
 
 }  // namespace bench

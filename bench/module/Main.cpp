@@ -7,7 +7,7 @@
 #include <cstring>
 #include <string>
 
-#include "Workload.h"
+#include "Session.h"
 #include "orbcefglobal.h"
 
 namespace {
@@ -66,16 +66,16 @@ _orbceftools_c Tools() {
 
 // --- the view's events ---
 
-orbcefbrowserevents_c Events(bench::Receiver& receiver) {
+orbcefbrowserevents_c Events(bench::Session& session) {
   orbcefbrowserevents_c events{};
-  events.instance = &receiver;
+  events.instance = &session;
   events.add_ref = [](orbcefbrowserevents_c*) {};
   events.release = [](orbcefbrowserevents_c*) {};
   events.on_state_changed = [](orbcefbrowserevents_c*, int32_t) {};
   events.on_v8_context = [](orbcefbrowserevents_c*, uint8_t) {};
   events.on_strings_received = [](orbcefbrowserevents_c* self, const orbcefstring_c* const* strings,
                                   int32_t count) {
-    bench::Receiver::OnStrings(self->instance, strings, count);
+    bench::Session::OnStrings(self->instance, strings, count);
   };
   events.on_title_changed = [](orbcefbrowserevents_c*, const orbcefstring_c*) {};
   events.on_address_changed = [](orbcefbrowserevents_c*, const orbcefstring_c*) {};
@@ -84,7 +84,7 @@ orbcefbrowserevents_c Events(bench::Receiver& receiver) {
   events.on_loading_state_changed = [](orbcefbrowserevents_c* self, uint8_t is_loading,
                                        const orbcefstring_c*) {
     if (!is_loading) {
-      static_cast<bench::Receiver*>(self->instance)->OnLoadEnd();
+      static_cast<bench::Session*>(self->instance)->OnLoadEnd();
     }
   };
   events.on_document_size = [](orbcefbrowserevents_c*, int32_t, int32_t) {};
@@ -109,26 +109,29 @@ orbcefglobal_c* LoadModule(const std::string& roots) {
   return factory ? static_cast<orbcefglobal_c*>(factory(1, 0, ORBCEF_GLOBAL_TABLE)) : nullptr;
 }
 
-bool Run(const bench::Options& options, bench::Receiver& receiver, orbcefbrowser_c* view,
-         const orbcefstring_c* url) {
+class View : public bench::View {
+ public:
+  explicit View(orbcefbrowser_c* table) : _table(table) {}
+
+  void Execute(const std::string& code) override {
+    // The module reads the record during the call only.
+    const orbcefstring_c record = {const_cast<char*>(code.data()), code.size(), nullptr};
+    _table->execute_javascript(_table, &record, nullptr, 0);
+  }
+
+ private:
+  orbcefbrowser_c* const _table;
+};
+
+bool Run(bench::Session& session, orbcefbrowser_c* table, const orbcefstring_c* url) {
   const unsigned long window = bench::OpenWindow();
   const int32_t rectangle[4] = {0, 0, 800, 600};
   if (!window) {
     return false;
   }
-  view->create(view, reinterpret_cast<void*>(window), rectangle, url);
-  if (!receiver.WaitForLoadEnd()) {
-    return false;
-  }
-  if (options.workload != "send") {
-    return true;
-  }
-  orbcefstring_c* const script = MakeString("sendMany(" + std::to_string(options.count) + ", " +
-                                            std::to_string(options.length) + ")");
-  receiver.BeginSending();
-  view->execute_javascript(view, script, nullptr, 0);
-  script->free(script);
-  return receiver.WaitForStrings();
+  table->create(table, reinterpret_cast<void*>(window), rectangle, url);
+  View view(table);
+  return session.Travel(view);
 }
 
 }  // namespace
@@ -142,16 +145,16 @@ int main(int argc, char** argv) {
     std::printf("FAILED the module could not be loaded\n");
     return 1;
   }
-  bench::Receiver receiver(g_options);
+  bench::Session session(g_options);
   _orbceftools_c tools = Tools();
   module->set_tools(module, &tools);
-  orbcefbrowserevents_c events = Events(receiver);
+  orbcefbrowserevents_c events = Events(session);
   orbcefstring_c* const url = MakeString(bench::kPageUrl);
-  orbcefbrowser_c* const view = module->create_browser(module, &events, nullptr, url);
-  const bool done = Run(g_options, receiver, view, url);
+  orbcefbrowser_c* const table = module->create_browser(module, &events, nullptr, url);
+  const bool done = Run(session, table, url);
   url->free(url);
-  view->close(view, 1);
-  view->release(view);
+  table->close(table, 1);
+  table->release(table);
   module->shutdown_engine(module);
-  return receiver.Report() && done ? 0 : 1;
+  return session.Report() && done ? 0 : 1;
 }

@@ -103,7 +103,11 @@ orbcefstring_c* ToCString(const std::string& text) {
 }
 
 CefString FromCStringToCef(const orbcefstring_c* record) {
-  return ToCefString(FromCString(record));
+  CefString text;
+  // Straight from the record: a script or an answer may be megabytes long.
+  if (record && record->data)
+    text.FromString(record->data, record->length);
+  return text;
 }
 
 std::string FromCString(const orbcefstring_c* record) {
