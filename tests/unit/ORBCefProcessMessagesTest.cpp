@@ -91,7 +91,34 @@ TEST_F(ORBCefProcessMessagesTest, ADocumentSizeTravelsAsWidthThenHeight) {
   EXPECT_EQ(600, sent.Arguments()->GetInt(1));
 }
 
+TEST_F(ORBCefProcessMessagesTest, ARequestToSaveTravelsAsKeyOriginNameAndValue) {
+  EXPECT_TRUE(ORBCefMessage::SendSaveValue(browser, 3, "o", "n", "v"));
+  ASSERT_EQ(1u, main_frame->sent.size());
+  const SentMessage& sent = main_frame->sent.front();
+  EXPECT_EQ(PID_BROWSER, sent.target);
+  EXPECT_EQ("SaveValue", sent.Name());
+  ASSERT_EQ(4u, sent.Arguments()->GetSize());
+  EXPECT_EQ(VTYPE_INT, sent.Arguments()->GetType(0));
+  EXPECT_EQ(3, sent.Arguments()->GetInt(0));
+  EXPECT_EQ("o", sent.Arguments()->GetString(1).ToString());
+  EXPECT_EQ("n", sent.Arguments()->GetString(2).ToString());
+  EXPECT_EQ("v", sent.Arguments()->GetString(3).ToString());
+}
+
+TEST_F(ORBCefProcessMessagesTest, ARequestToLoadTravelsAsKeyOriginAndName) {
+  EXPECT_TRUE(ORBCefMessage::SendLoadValue(browser, 2147483647, "o", "n"));
+  ASSERT_EQ(1u, main_frame->sent.size());
+  const SentMessage& sent = main_frame->sent.front();
+  EXPECT_EQ("LoadValue", sent.Name());
+  ASSERT_EQ(3u, sent.Arguments()->GetSize());
+  EXPECT_EQ(2147483647, sent.Arguments()->GetInt(0));
+  EXPECT_EQ("o", sent.Arguments()->GetString(1).ToString());
+  EXPECT_EQ("n", sent.Arguments()->GetString(2).ToString());
+}
+
 TEST_F(ORBCefProcessMessagesTest, WithoutABrowserNothingCountsAsSent) {
+  EXPECT_FALSE(ORBCefMessage::SendSaveValue(nullptr, 1, "o", "n", "v"));
+  EXPECT_FALSE(ORBCefMessage::SendLoadValue(nullptr, 1, "o", "n"));
   EXPECT_FALSE(ORBCefMessage::SendPlain(nullptr, "OnLoad"));
   EXPECT_FALSE(ORBCefMessage::SendFlag(nullptr, "V8Context", true));
   EXPECT_FALSE(ORBCefMessage::SendZoomChanged(nullptr, 1));

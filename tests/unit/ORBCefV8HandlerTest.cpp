@@ -7,9 +7,12 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 using v8_doubles::Array;
+using v8_doubles::Double;
 using v8_doubles::Int;
+using v8_doubles::Null;
 using v8_doubles::Object;
 using v8_doubles::String;
+using v8_doubles::Undefined;
 
 class ORBCefV8HandlerTest : public v8_doubles::RendererTest {
  protected:
@@ -17,7 +20,19 @@ class ORBCefV8HandlerTest : public v8_doubles::RendererTest {
     return handler->ExecuteIn(context, name, arguments, retval, exception);
   }
 
-  CefRefPtr<ORBCefV8Handler> handler = new ORBCefV8Handler(ORBCEF_RECORDMODE_NONE);
+  CefRefPtr<CefV8Value> Executor() const {
+    return Object({{"resolve", resolve}, {"reject", reject}});
+  }
+  static CefRefPtr<CefV8Value> Request() {
+    return Object({{"origin", String("o")}, {"name", String("n")}, {"value", String("v")}});
+  }
+
+  std::int32_t key = 5;
+  std::int32_t next_key = key;
+  CefRefPtr<ORBCefNativePromiseRegistry> registry = new ORBCefNativePromiseRegistry(next_key);
+  CefRefPtr<v8_doubles::V8ValueDouble> resolve = v8_doubles::Function();
+  CefRefPtr<v8_doubles::V8ValueDouble> reject = v8_doubles::Function();
+  CefRefPtr<ORBCefV8Handler> handler = new ORBCefV8Handler(ORBCEF_RECORDMODE_NONE, registry);
   CefRefPtr<CefV8Value> retval;
   CefString exception;
 };
@@ -100,6 +115,11 @@ TEST_F(ORBCefV8HandlerTest, TooFewArgumentsAreNotHandledAndSetNoException) {
   EXPECT_FALSE(Call("__sendString", {Array({})}));
   EXPECT_FALSE(Call("__sendString", {Array({}), Object({})}));
   EXPECT_FALSE(Call("__getEnv"));
+  EXPECT_FALSE(Call("__registerPromise"));
+  for (const char* name : {"__resolvePromise", "__rejectPromise", "__saveValue", "__loadValue"}) {
+    EXPECT_FALSE(Call(name)) << name;
+    EXPECT_FALSE(Call(name, {Int(0)})) << name;
+  }
   EXPECT_TRUE(main_frame->sent.empty());
   EXPECT_FALSE(retval);
   EXPECT_TRUE(exception.empty());
@@ -147,10 +167,64 @@ TEST_F(ORBCefV8HandlerTest, WithoutAUsableContextNothingIsHandled) {
   EXPECT_TRUE(main_frame->sent.empty());
 }
 
-TEST_F(ORBCefV8HandlerTest, WithoutABindingNothingIsHandled) {
-  handler = new ORBCefV8Handler(ORBCEF_RECORDMODE_NONE, nullptr);
-  EXPECT_FALSE(Call("__notifyLoad"));
-  EXPECT_FALSE(Call("__getEnv", {String("PATH")}));
+TEST_F(ORBCefV8HandlerTest, WithOneOfTheBindingsMissingNothingIsHandled) {
+  const CefRefPtr<ORBCefV8BindingImpl> binding = new ORBCefV8BindingImpl;
+  const CefRefPtr<ORBCefV8PromiseBinding> promises = new ORBCefV8PromiseBinding(registry);
+  for (const auto& without : {CefRefPtr<ORBCefV8Handler>(new ORBCefV8Handler(
+                                  ORBCEF_RECORDMODE_NONE, registry, nullptr, promises)),
+                              CefRefPtr<ORBCefV8Handler>(new ORBCefV8Handler(
+                                  ORBCEF_RECORDMODE_NONE, registry, binding, nullptr))}) {
+    handler = without;
+    EXPECT_FALSE(Call("__notifyLoad"));
+    EXPECT_FALSE(Call("__getEnv", {String("PATH")}));
+    EXPECT_FALSE(Call("__registerPromise", {Executor()}));
+    EXPECT_FALSE(Call("__loadValue", {Int(1), Request()}));
+  }
+  EXPECT_TRUE(main_frame->sent.empty());
+  EXPECT_TRUE(exception.empty());
+  EXPECT_EQ(0u, registry->Size());
+}
+
+TEST_F(ORBCefV8HandlerTest, APromiseIsRegisteredAndSettledByItsKey) {
+  EXPECT_TRUE(Call("__registerPromise", {Executor()}));
+  EXPECT_EQ(1u, registry->Size());
+  EXPECT_TRUE(Call("__resolvePromise", {Int(key), String("value")}));
+  EXPECT_EQ(1, resolve->calls);
+  EXPECT_EQ(0, reject->calls);
+  EXPECT_EQ(0u, registry->Size());
+
+  EXPECT_TRUE(Call("__registerPromise", {Executor()}));
+  EXPECT_TRUE(Call("__rejectPromise", {Int(key + 1), String("value")}));
+  EXPECT_EQ(1, resolve->calls);
+  EXPECT_EQ(1, reject->calls);
+  EXPECT_TRUE(exception.empty());
+}
+
+TEST_F(ORBCefV8HandlerTest, AKeyThatIsNoIntegerIsAnExceptionThatThePageNeverSees) {
+  for (const auto& wrong : {String("1"), Double(1.5), Undefined(), Null(), Object({}), Array({}),
+                            CefRefPtr<CefV8Value>()}) {
+    EXPECT_FALSE(Call("__resolvePromise", {wrong, String("value")}));
+    EXPECT_EQ("xocef._internals.resolvePromise: 1st arg should be an integer",
+              exception.ToString());
+    EXPECT_FALSE(Call("__rejectPromise", {wrong, String("value")}));
+    EXPECT_EQ("xocef._internals.rejectPromise: 1st arg should be an integer", exception.ToString());
+  }
+}
+
+TEST_F(ORBCefV8HandlerTest, AValueRequestCarriesItsPromisesKey) {
+  EXPECT_TRUE(Call("__saveValue", {Int(key), Request()}));
+  EXPECT_TRUE(Call("__loadValue", {Int(key + 1), Request()}));
+  ASSERT_THAT(SentNames(), testing::ElementsAre("SaveValue", "LoadValue"));
+  EXPECT_EQ(key, main_frame->sent[0].Arguments()->GetInt(0));
+  EXPECT_EQ(key + 1, main_frame->sent[1].Arguments()->GetInt(0));
+}
+
+TEST_F(ORBCefV8HandlerTest, AValueRequestWhoseKeyIsNoNumberIsRefused) {
+  for (const auto& wrong : {String("1"), Undefined(), Null(), CefRefPtr<CefV8Value>()}) {
+    EXPECT_FALSE(Call("__saveValue", {wrong, Request()}));
+    EXPECT_FALSE(Call("__loadValue", {wrong, Request()}));
+    EXPECT_EQ("Invalid key for native promise executor", exception.ToString());
+  }
   EXPECT_TRUE(main_frame->sent.empty());
 }
 

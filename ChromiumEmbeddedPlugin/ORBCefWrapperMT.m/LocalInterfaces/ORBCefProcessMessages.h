@@ -74,6 +74,15 @@ bool SendZoomChanged(const CefRefPtr<CefBrowser>& browser, double step);
 // @return false for a null browser, else true.
 bool SendDocumentSize(const CefRefPtr<CefBrowser>& browser, int width, int height);
 
+// The requests for stored values. [renderer]
+// @param key the promise that waits for the answer; the caller has excluded keys below 1.
+// @param origin the repository of values that the page names.
+// @return false for a null browser, else true.
+bool SendSaveValue(const CefRefPtr<CefBrowser>& browser, int key, const CefString& origin,
+                   const CefString& name, const CefString& value);
+bool SendLoadValue(const CefRefPtr<CefBrowser>& browser, int key, const CefString& origin,
+                   const CefString& name);
+
 }  // namespace ORBCefMessage
 
 #endif  // ORBCEF_PROCESS_MESSAGES_H

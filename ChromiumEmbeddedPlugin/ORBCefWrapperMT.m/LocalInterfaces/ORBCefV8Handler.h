@@ -7,7 +7,9 @@
 #ifndef ORBCEF_V8_HANDLER_H
 #define ORBCEF_V8_HANDLER_H
 
+#include "ORBCefNativePromiseRegistry.h"
 #include "ORBCefV8BindingImpl.h"
+#include "ORBCefV8PromiseBinding.h"
 #include "include/cef_browser.h"
 #include "include/cef_v8.h"
 #include "orbcefrecords.h"
@@ -27,8 +29,16 @@ class ORBCefV8Handler : public CefV8Handler {
   // @param mode the record mode of this process.
   explicit ORBCefV8Handler(orbceftypes_recordmode mode);
 
-  // @param binding serves the general natives; with null none of them is handled.
-  ORBCefV8Handler(orbceftypes_recordmode mode, CefRefPtr<ORBCefV8BindingImpl> binding);
+  // @param registry holds the promises of this process.
+  ORBCefV8Handler(orbceftypes_recordmode mode,
+                  const CefRefPtr<ORBCefNativePromiseRegistry>& registry);
+
+  // @param binding,promise_binding serve the general natives; with one of them null, none of the
+  // natives is handled.
+  ORBCefV8Handler(orbceftypes_recordmode mode,
+                  const CefRefPtr<ORBCefNativePromiseRegistry>& registry,
+                  const CefRefPtr<ORBCefV8BindingImpl>& binding,
+                  const CefRefPtr<ORBCefV8PromiseBinding>& promise_binding);
 
   ORBCefV8Handler(const ORBCefV8Handler&) = delete;
   ORBCefV8Handler& operator=(const ORBCefV8Handler&) = delete;
@@ -45,13 +55,16 @@ class ORBCefV8Handler : public CefV8Handler {
 
   // What the operations of the dispatch table use.
   ORBCefV8BindingImpl& Binding() const { return *_binding; }
+  ORBCefV8PromiseBinding& PromiseBinding() const { return *_promise_binding; }
   orbceftypes_recordmode RecordMode() const { return _record_mode; }
 
  protected:
   ~ORBCefV8Handler() override = default;
 
  private:
+  const CefRefPtr<ORBCefNativePromiseRegistry> _registry;
   const CefRefPtr<ORBCefV8BindingImpl> _binding;
+  const CefRefPtr<ORBCefV8PromiseBinding> _promise_binding;
   const orbceftypes_recordmode _record_mode;
 
   IMPLEMENT_REFCOUNTING(ORBCefV8Handler);

@@ -66,4 +66,35 @@ bool SendDocumentSize(const CefRefPtr<CefBrowser>& browser, int width, int heigh
   return true;
 }
 
+bool SendSaveValue(const CefRefPtr<CefBrowser>& browser, int key, const CefString& origin,
+                   const CefString& name, const CefString& value) {
+  if (!browser) {
+    return false;
+  }
+  if (CefRefPtr<CefProcessMessage> message = Create(kSaveValue, 4)) {
+    const CefRefPtr<CefListValue> arguments = message->GetArgumentList();
+    arguments->SetInt(0, key);
+    arguments->SetString(1, origin);
+    arguments->SetString(2, name);
+    arguments->SetString(3, value);
+    SendToBrowser(browser, message);
+  }
+  return true;
+}
+
+bool SendLoadValue(const CefRefPtr<CefBrowser>& browser, int key, const CefString& origin,
+                   const CefString& name) {
+  if (!browser) {
+    return false;
+  }
+  if (CefRefPtr<CefProcessMessage> message = Create(kLoadValue, 3)) {
+    const CefRefPtr<CefListValue> arguments = message->GetArgumentList();
+    arguments->SetInt(0, key);
+    arguments->SetString(1, origin);
+    arguments->SetString(2, name);
+    SendToBrowser(browser, message);
+  }
+  return true;
+}
+
 }  // namespace ORBCefMessage

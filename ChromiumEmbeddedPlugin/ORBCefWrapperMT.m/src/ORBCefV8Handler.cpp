@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
-#include <utility>
 
 #include "ORBCefLog.h"
 #include "ORBCefProcessMessages.h"
@@ -46,6 +46,47 @@ bool GetEnv(const ORBCefV8Handler& handler, const Call& call) {
   return true;
 }
 
+bool RegisterPromise(const ORBCefV8Handler& handler, const Call& call) {
+  return handler.PromiseBinding().Register(call.context, call.arguments[0], call.retval,
+                                           call.exception);
+}
+
+// Only integers are keys: a number with a fraction or out of range is as wrong as a text.
+bool HasKey(const Call& call, const char* complaint) {
+  if (call.arguments[0] && call.arguments[0]->IsInt()) {
+    return true;
+  }
+  call.exception = complaint;
+  return false;
+}
+
+bool ResolvePromise(const ORBCefV8Handler& handler, const Call& call) {
+  return HasKey(call, "xocef._internals.resolvePromise: 1st arg should be an integer") &&
+         handler.PromiseBinding().Resolve(call.arguments[0]->GetIntValue(), call.arguments[1],
+                                          call.exception);
+}
+
+bool RejectPromise(const ORBCefV8Handler& handler, const Call& call) {
+  return HasKey(call, "xocef._internals.rejectPromise: 1st arg should be an integer") &&
+         handler.PromiseBinding().Reject(call.arguments[0]->GetIntValue(), call.arguments[1],
+                                         call.exception);
+}
+
+// What is no number reads as 0, which no key is.
+std::int32_t KeyOf(const Call& call) {
+  return call.arguments[0] ? call.arguments[0]->GetIntValue() : ORBCefNativePromiseRegistry::kNoKey;
+}
+
+bool SaveValue(const ORBCefV8Handler& handler, const Call& call) {
+  return handler.PromiseBinding().SaveValue(call.browser, KeyOf(call), call.arguments[1],
+                                            call.exception);
+}
+
+bool LoadValue(const ORBCefV8Handler& handler, const Call& call) {
+  return handler.PromiseBinding().LoadValue(call.browser, KeyOf(call), call.arguments[1],
+                                            call.exception);
+}
+
 constexpr std::string_view kGetEnv = "__getEnv";
 
 // Names are compared exactly, from the first row to the last.
@@ -61,6 +102,11 @@ constexpr Native kGeneralNatives[] = {
     {"__openDevTools", 0, SendPlain<ORBCefMessage::kOpenDevTools>},
     {"__closeDevTools", 0, SendPlain<ORBCefMessage::kCloseDevTools>},
     {kGetEnv, 1, GetEnv},
+    {"__registerPromise", 1, RegisterPromise},
+    {"__resolvePromise", 2, ResolvePromise},
+    {"__rejectPromise", 2, RejectPromise},
+    {"__saveValue", 2, SaveValue},
+    {"__loadValue", 2, LoadValue},
 };
 
 // Compares in place: the engine's text is UTF-16 and the names are ASCII, so nothing is converted.
@@ -84,11 +130,21 @@ bool Dispatch(const Native (&natives)[kCount], const CefString& name,
 }  // namespace
 
 ORBCefV8Handler::ORBCefV8Handler(orbceftypes_recordmode mode)
-    : ORBCefV8Handler(mode, new ORBCefV8BindingImpl) {}
+    : ORBCefV8Handler(mode, new ORBCefNativePromiseRegistry) {}
 
 ORBCefV8Handler::ORBCefV8Handler(orbceftypes_recordmode mode,
-                                 CefRefPtr<ORBCefV8BindingImpl> binding)
-    : _binding(std::move(binding)), _record_mode(mode) {}
+                                 const CefRefPtr<ORBCefNativePromiseRegistry>& registry)
+    : ORBCefV8Handler(mode, registry, new ORBCefV8BindingImpl,
+                      new ORBCefV8PromiseBinding(registry)) {}
+
+ORBCefV8Handler::ORBCefV8Handler(orbceftypes_recordmode mode,
+                                 const CefRefPtr<ORBCefNativePromiseRegistry>& registry,
+                                 const CefRefPtr<ORBCefV8BindingImpl>& binding,
+                                 const CefRefPtr<ORBCefV8PromiseBinding>& promise_binding)
+    : _registry(registry),
+      _binding(binding),
+      _promise_binding(promise_binding),
+      _record_mode(mode) {}
 
 bool ORBCefV8Handler::Execute(const CefString& name, CefRefPtr<CefV8Value> object,
                               const CefV8ValueList& arguments, CefRefPtr<CefV8Value>& retval,
@@ -113,6 +169,7 @@ bool ORBCefV8Handler::ExecuteIn(const CefRefPtr<CefV8Context>& context, const Ce
   if (ORBCefLog::IsAdmitted(ORBCefLog::kInfo) && !Equals(name, kGetEnv)) {
     ORBCefLog::RendererInfo(browser->GetIdentifier(), "Binding execution: ", name);
   }
-  return _binding && Dispatch(kGeneralNatives, name, *this,
-                              Call{context, browser, arguments, retval, exception});
+  return _binding && _promise_binding &&
+         Dispatch(kGeneralNatives, name, *this,
+                  Call{context, browser, arguments, retval, exception});
 }

@@ -23,6 +23,8 @@ class V8ValueDouble : public CefV8Value {
 
   explicit V8ValueDouble(Kind kind) : _kind(kind) {}
 
+  // Whether the value's context still lives: a function of a context that was released is none.
+  bool valid = true;
   // What the value is.
   double number = 0;
   std::string text;
@@ -33,8 +35,11 @@ class V8ValueDouble : public CefV8Value {
   // What a function does; its calls are counted.
   std::function<CefRefPtr<CefV8Value>(const CefV8ValueList&)> function;
   int calls = 0;
+  CefV8ValueList last_arguments;
+  // What `this` was in the last call.
+  CefRefPtr<CefV8Value> last_object;
 
-  bool IsValid() override { return true; }
+  bool IsValid() override { return valid; }
   bool IsUndefined() override { return _kind == Kind::kUndefined; }
   bool IsNull() override { return _kind == Kind::kNull; }
   bool IsBool() override { return _kind == Kind::kBool; }
@@ -46,7 +51,7 @@ class V8ValueDouble : public CefV8Value {
   bool IsObject() override { return IsArray() || IsFunction() || _kind == Kind::kObject; }
   bool IsArray() override { return _kind == Kind::kArray; }
   bool IsArrayBuffer() override { return false; }
-  bool IsFunction() override { return _kind == Kind::kFunction; }
+  bool IsFunction() override { return valid && _kind == Kind::kFunction; }
   bool IsPromise() override { return false; }
   bool IsSame(CefRefPtr<CefV8Value> that) override { return that.get() == this; }
 
@@ -100,9 +105,11 @@ class V8ValueDouble : public CefV8Value {
   bool NeuterArrayBuffer() override { return false; }
   CefString GetFunctionName() override { return CefString(); }
   CefRefPtr<CefV8Handler> GetFunctionHandler() override { return nullptr; }
-  CefRefPtr<CefV8Value> ExecuteFunction(CefRefPtr<CefV8Value>,
+  CefRefPtr<CefV8Value> ExecuteFunction(CefRefPtr<CefV8Value> object,
                                         const CefV8ValueList& arguments) override {
     ++calls;
+    last_object = object;
+    last_arguments = arguments;
     return function ? function(arguments) : new V8ValueDouble(Kind::kUndefined);
   }
   CefRefPtr<CefV8Value> ExecuteFunctionWithContext(CefRefPtr<CefV8Context>,
@@ -160,6 +167,11 @@ inline CefRefPtr<CefV8Value> Array(std::vector<CefRefPtr<CefV8Value>> elements) 
   CefRefPtr<V8ValueDouble> result = new V8ValueDouble(V8ValueDouble::Kind::kArray);
   result->elements = std::move(elements);
   return result;
+}
+
+// A function that returns undefined and keeps the arguments of its calls.
+inline CefRefPtr<V8ValueDouble> Function() {
+  return new V8ValueDouble(V8ValueDouble::Kind::kFunction);
 }
 
 inline CefRefPtr<CefV8Value> Object(std::map<std::string, CefRefPtr<CefV8Value>> properties) {
