@@ -15,7 +15,8 @@ using Lines = std::vector<std::string>;
 class ORBCefMessageDispatcherTest : public testing::Test {
  protected:
   bool Dispatch(const char* name) {
-    return ORBCefMessageDispatcher::Dispatch(name, {_browser, _arguments, _events, _settings});
+    return ORBCefMessageDispatcher::Dispatch(name,
+                                             {_browser, _arguments, _events, _settings, _request});
   }
 
   HostEvents _host;
@@ -23,6 +24,7 @@ class ORBCefMessageDispatcherTest : public testing::Test {
   ORBCefViewSettings _settings;
   CefRefPtr<BrowserDouble> _browser = new BrowserDouble();
   CefRefPtr<CefListValue> _arguments = CefListValue::Create();
+  std::unique_ptr<ORBCefPreferenceRequest> _request;
 };
 
 TEST_F(ORBCefMessageDispatcherTest, V8ContextTellsTheFlag) {
@@ -126,6 +128,41 @@ TEST_F(ORBCefMessageDispatcherTest, OpensAndClosesTheDeveloperTools) {
   EXPECT_TRUE(Dispatch("OpenDevTools"));
   EXPECT_TRUE(Dispatch("CloseDevTools"));
   EXPECT_EQ(_browser->calls, (Calls{"ShowDevTools Developer Tools", "CloseDevTools"}));
+}
+
+TEST_F(ORBCefMessageDispatcherTest, AValueRequestIsKeptForTheCallerToStart) {
+  _arguments->SetInt(0, 3);
+  _arguments->SetString(1, "repository");
+  _arguments->SetString(2, "key");
+  EXPECT_TRUE(Dispatch("LoadValue"));
+  ASSERT_TRUE(_request);
+  EXPECT_TRUE(_request->is_read);
+  EXPECT_EQ(3, _request->promise_id);
+
+  _arguments->SetString(3, "value");
+  EXPECT_TRUE(Dispatch("SaveValue"));
+  ASSERT_TRUE(_request);
+  EXPECT_FALSE(_request->is_read);
+  EXPECT_EQ("value", _request->value);
+  EXPECT_TRUE(_browser->calls.empty());
+}
+
+TEST_F(ORBCefMessageDispatcherTest, AValueRequestWithTooFewArgumentsIsUnhandled) {
+  EXPECT_FALSE(Dispatch("LoadValue"));
+  EXPECT_FALSE(Dispatch("SaveValue"));
+  _arguments->SetSize(2);
+  EXPECT_FALSE(Dispatch("LoadValue"));
+  _arguments->SetSize(3);
+  EXPECT_FALSE(Dispatch("SaveValue"));
+  EXPECT_FALSE(_request);
+}
+
+TEST_F(ORBCefMessageDispatcherTest, AValueRequestNeedsAMainFrame) {
+  _arguments->SetSize(4);
+  _browser->main_frame = nullptr;
+  EXPECT_FALSE(Dispatch("SaveValue"));
+  EXPECT_FALSE(Dispatch("LoadValue"));
+  EXPECT_FALSE(_request);
 }
 
 TEST_F(ORBCefMessageDispatcherTest, MessagesThatNobodyReadsAreLeftUnhandled) {

@@ -13,10 +13,12 @@
 #include <cstdint>
 #include <functional>
 #include <future>
+#include <memory>
 #include <string>
 
 #include "ORBCefAuthDelegate.h"
 #include "ORBCefBrowserEvents.h"
+#include "ORBCefPreferenceRequest.h"
 #include "ORBCefRedirectTable.h"
 #include "ORBCefReplayDelegateResult.h"
 #include "ORBCefScriptQueue.h"
@@ -149,6 +151,9 @@ class ORBCefClientHandler : public CefClient,
   ~ORBCefClientHandler() override;
 
   void AskForTicket();
+  bool ActOnMessage(const CefRefPtr<CefBrowser>& browser,
+                    const CefRefPtr<CefProcessMessage>& message,
+                    std::unique_ptr<ORBCefPreferenceRequest>& preference_request);
   void CloseIfForsaken(const CefRefPtr<CefBrowser>& browser);
   void FlushJavaScriptQueue();
 

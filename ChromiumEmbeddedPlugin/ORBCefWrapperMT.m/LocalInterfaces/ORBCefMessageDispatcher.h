@@ -3,7 +3,10 @@
 #ifndef ORBCEF_MESSAGE_DISPATCHER_H
 #define ORBCEF_MESSAGE_DISPATCHER_H
 
+#include <memory>
+
 #include "ORBCefBrowserEvents.h"
+#include "ORBCefPreferenceRequest.h"
 #include "ORBCefViewSettings.h"
 #include "include/cef_browser.h"
 #include "include/cef_values.h"
@@ -14,6 +17,8 @@ struct ORBCefMessageContext {
   CefRefPtr<CefListValue> arguments;
   const ORBCefBrowserEvents& events;
   ORBCefViewSettings& settings;
+  // Receives the request of a message that asks for one; the caller starts it without its lock.
+  std::unique_ptr<ORBCefPreferenceRequest>& preference_request;
 };
 
 namespace ORBCefMessageDispatcher {

@@ -204,13 +204,28 @@ bool ORBCefClientHandler::OnProcessMessageReceived(CefRefPtr<CefBrowser> browser
   if (!browser || !message || source_process != PID_RENDERER) {
     return false;
   }
+  std::unique_ptr<ORBCefPreferenceRequest> preference_request;
+  if (!ActOnMessage(browser, message, preference_request)) {
+    return false;
+  }
+  // The host's store is asked without the lock: it may wait for a thread that wants it.
+  if (preference_request) {
+    ORBCefPreferenceRequest::Start(std::move(preference_request));
+  }
+  return true;
+}
+
+bool ORBCefClientHandler::ActOnMessage(
+    const CefRefPtr<CefBrowser>& browser, const CefRefPtr<CefProcessMessage>& message,
+    std::unique_ptr<ORBCefPreferenceRequest>& preference_request) {
   const Guard guard(_lock);
   // A view that its host has left ignores its pages.
   if (!_callbacks.IsSet()) {
     return false;
   }
   return ORBCefMessageDispatcher::Dispatch(
-      message->GetName(), {browser, message->GetArgumentList(), _callbacks, _settings});
+      message->GetName(),
+      {browser, message->GetArgumentList(), _callbacks, _settings, preference_request});
 }
 
 void ORBCefClientHandler::OnAfterCreated(CefRefPtr<CefBrowser> browser) {

@@ -1,6 +1,7 @@
 #include "ORBCefMessageDispatcher.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "ORBCefDevToolsClient.h"
@@ -98,6 +99,23 @@ bool CloseDevTools(const ORBCefMessageContext& context) {
   return true;
 }
 
+// The job comes after the dispatch, when the caller has left its lock.
+bool KeepRequest(const ORBCefMessageContext& context,
+                 std::unique_ptr<ORBCefPreferenceRequest> request) {
+  context.preference_request = std::move(request);
+  return context.preference_request != nullptr;
+}
+
+bool SaveValue(const ORBCefMessageContext& context) {
+  return KeepRequest(context,
+                     ORBCefPreferenceRequest::FromSaveValue(context.browser, context.arguments));
+}
+
+bool LoadValue(const ORBCefMessageContext& context) {
+  return KeepRequest(context,
+                     ORBCefPreferenceRequest::FromLoadValue(context.browser, context.arguments));
+}
+
 // Compared in this order; the first match acts.
 constexpr Row kRows[] = {
     {ORBCefMessage::kV8Context, ReportV8Context},
@@ -111,6 +129,8 @@ constexpr Row kRows[] = {
     {ORBCefMessage::kLoadHome, LoadHome},
     {ORBCefMessage::kOpenDevTools, OpenDevTools},
     {ORBCefMessage::kCloseDevTools, CloseDevTools},
+    {ORBCefMessage::kSaveValue, SaveValue},
+    {ORBCefMessage::kLoadValue, LoadValue},
 };
 
 }  // namespace
