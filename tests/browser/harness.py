@@ -123,12 +123,14 @@ class Host:
 
 
 class Server:
-    """A loopback HTTP server on a port of its own. `pages` maps paths to (status, type, text)."""
+    """A loopback HTTP server on a port of its own. `pages` maps paths to (status, type, text), `headers` to more of
+    them."""
 
     def __init__(self):
         self.pages = {}
         self.requests = []
         self.held = {}
+        self.headers = {}
         outer = self
 
         class Handler(http.server.BaseHTTPRequestHandler):
@@ -141,6 +143,8 @@ class Server:
                 self.send_response(status)
                 self.send_header("Content-Type", kind)
                 self.send_header("Content-Length", str(len(body)))
+                for name, value in outer.headers.get(self.path, {}).items():
+                    self.send_header(name, value)
                 self.end_headers()
                 self.wfile.write(body)
 

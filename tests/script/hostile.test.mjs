@@ -69,7 +69,7 @@ test('the record extension can still add its own property', () => {
 });
 
 test('a page without any intact built-in still sends and receives', async () => {
-  const { calls, run } = createPage();
+  const { calls, run } = createPage({ results: { __registerPromise: 7 } });
   run(`
     // The page's own listeners keep what they need before everything breaks.
     globalThis.heard = [];
@@ -108,6 +108,7 @@ test('a page without any intact built-in still sends and receives', async () => 
   run(
     "xocef.sendString('one'); xocef.sendString(['two', 'three', 4, { a: 1 }]); xocef.zoomChanged(5)",
   );
+  run("xocef.saveValue('repo', 'name', { a: 1 }); xocef.loadValue('repo', 'name')");
   run("xocef.receive(['kept', 'x'])");
   run('xocef.addStringListener(a); xocef.addStringListener(broken); xocef.addStringListener(b)');
   await microtasks();
@@ -118,8 +119,13 @@ test('a page without any intact built-in still sends and receives', async () => 
       ['__sendString', ['one']],
       ['__sendString', ['two', 'three', '4', '{"a":1}']],
       ['__notifyZoomChange', 5],
+      ['__registerPromise', calls[3][1]],
+      ['__saveValue', 7],
+      ['__registerPromise', calls[5][1]],
+      ['__loadValue', 7],
     ],
   );
+  assert.deepEqual(calls[4][2], { origin: 'repo', name: 'name', value: '{"a":1}' });
   assert.deepEqual(calls[0][2], { url: pageUrl, line: 0, column: 0 });
   assert.deepEqual(toPlain(run('heard')), ['a:kept2', 'b:kept2', 'a:new1', 'b:new1', 'b:last1']);
 });

@@ -57,10 +57,14 @@
   const { isArray } = Array;
   const { stringify } = JSON;
   const { isFinite: isFiniteNumber } = Number;
+  const { apply } = Reflect;
+  const { includes } = String.prototype;
   const { defineProperty, entries, freeze, setPrototypeOf } = Object;
   const arrayPrototype = Array.prototype;
   const toPrimitiveText = String;
   const ArgumentError = TypeError;
+  const Failure = Error;
+  const PagePromise = Promise;
 
   /** An array to be filled by index: one that inherits no setter which a page made for an index. */
   function bareArray() {
@@ -187,6 +191,54 @@
     deliver();
   }
 
+  // The host answers a request for a value with a script that names the repository and the value
+  // between single quotes. One of these characters would end the script or the text instead, and
+  // the promise would wait for ever.
+  const FORBIDDEN_IN_NAMES = "'\\\n\r\0";
+
+  function toName(value, what) {
+    if (typeof value !== 'string' || value === '') {
+      throw new ArgumentError(`xocef: the ${what} must be a string that is not empty`);
+    }
+    for (let i = 0; i < FORBIDDEN_IN_NAMES.length; ++i) {
+      if (apply(includes, value, [FORBIDDEN_IN_NAMES[i]])) {
+        throw new ArgumentError(
+          `xocef: the ${what} must hold no quotation mark ', backslash, line end or NUL`,
+        );
+      }
+    }
+    return value;
+  }
+
+  /** The JSON text of a value, which is JavaScript as well: the host gives it back as such. */
+  function toStoredText(value) {
+    const text = stringify(value);
+    if (text === undefined) {
+      throw new ArgumentError('xocef.saveValue: the value has no JSON text');
+    }
+    // The one text that means something else in JavaScript than in JSON.
+    if (apply(includes, text, ['"__proto__":'])) {
+      throw new ArgumentError('xocef.saveValue: no property may be named __proto__');
+    }
+    return text;
+  }
+
+  /**
+   * A promise that the host settles. Whatever is thrown here rejects it.
+   *
+   * @param {function(number, object): void} native Sends the request, with the key under which the
+   *     module keeps the promise.
+   * @param {function(): object} prepare Gives the request, from arguments that it checks.
+   */
+  function ask(native, prepare) {
+    return new PagePromise((resolve, reject) => {
+      const request = prepare();
+      const key = __registerPromise({ resolve, reject });
+      if (typeof key !== 'number') throw new Failure('xocef: this page has no view any more');
+      native(key, request);
+    });
+  }
+
   const functions = {
     /**
      * Sends strings to the host, in one message. The messages of a page arrive in the order of the
@@ -271,6 +323,57 @@
       if (strings.length === 0) return;
       enqueue(strings);
       deliver();
+    },
+
+    /**
+     * Saves a value in a store of the host, where it outlives the page and the host.
+     *
+     * Whatever has a JSON text can be saved. A value of the same name is replaced.
+     *
+     * @param {string} repository The set of values that this one belongs to, such as the name of
+     *     the application.
+     * @param {string} name
+     * @param {*} value
+     * @returns {Promise<void>} Resolved when the host has saved the value; rejected with what the
+     *     host says if it refuses, or with a `TypeError` if an argument is wrong.
+     */
+    saveValue(repository, name, value) {
+      return ask(__saveValue, () => ({
+        origin: toName(repository, 'repository'),
+        name: toName(name, 'name'),
+        value: toStoredText(value),
+      }));
+    },
+
+    /**
+     * Loads a value that was saved.
+     *
+     * @param {string} repository
+     * @param {string} name
+     * @returns {Promise<*>} Resolved with the value; rejected with an `Error` if there is none, or
+     *     with a `TypeError` if an argument is wrong.
+     */
+    loadValue(repository, name) {
+      return ask(__loadValue, () => ({
+        origin: toName(repository, 'repository'),
+        name: toName(name, 'name'),
+      }));
+    },
+
+    /**
+     * Removes a value that was saved: from then on it cannot be loaded.
+     *
+     * @param {string} repository
+     * @param {string} name
+     * @returns {Promise<void>} Resolved also if there was no such value; rejected as by `saveValue`.
+     */
+    removeValue(repository, name) {
+      // To the host an empty text and none are the same.
+      return ask(__saveValue, () => ({
+        origin: toName(repository, 'repository'),
+        name: toName(name, 'name'),
+        value: '',
+      }));
     },
 
     /** Tells the host the size of the document in CSS pixels. */
