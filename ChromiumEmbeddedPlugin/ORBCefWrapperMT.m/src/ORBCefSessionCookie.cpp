@@ -26,7 +26,7 @@ CefString UpdateCookie(const CefString& url, const CefString& text) {
   ORBCefPost(TID_IO, [manager, url, cookie] { manager->SetCookie(url, cookie, nullptr); });
   ORBCefLog::Info("Updated cookie.\n", "\t", text, "\n\tURL: ", url);
   // A copy: the cookie's own text goes with it.
-  return CefString(CefString(&cookie.value).ToString());
+  return CefString(cookie.value.str, cookie.value.length, true);
 }
 
 }  // namespace
