@@ -3,7 +3,7 @@
 import argparse
 from pathlib import Path
 
-from . import emit_c, emit_cxx, facts as facts_module
+from . import emit_c, emit_cxx, emit_neutral, facts as facts_module
 from .emit_glue import GlueEmitter
 
 # The glue is cut into this many sources so that they compile side by side.
@@ -22,6 +22,7 @@ def files(facts):
     found["src/layout_assertions.c"] = emit_c.layout_assertions(facts)
     found["src/glue_conversions.h"] = glue.conversions_header()
     found["src/glue_scoped.h"] = glue.scoped_header()
+    found["src/neutral_classes.h"] = emit_neutral.neutral_classes(facts)
     found["src/functions.cpp"] = glue.functions_source()
     found["src/library.cpp"] = glue.library_source()
     interfaces = list(facts.interfaces.values())
