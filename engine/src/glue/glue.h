@@ -8,6 +8,7 @@
 #pragma once
 
 #include <atomic>
+#include <type_traits>
 #include <typeinfo>
 
 #include "glue/holders.h"
@@ -120,9 +121,15 @@ struct Exported {
   }
 };
 
+// The object behind a struct of this side.
 template <class Class, class StructType, class AnyStruct>
-const CefRefPtr<Class>& Object(AnyStruct* self) {
-  return Exported<Class, StructType>::Of(self)->object;
+decltype(auto) Object(AnyStruct* self) {
+  if constexpr (std::is_base_of_v<CefBaseScoped, Class>) {
+    return reinterpret_cast<ScopedExport<Class, StructType>*>(self)->object;
+  } else {
+    const CefRefPtr<Class>& object = Exported<Class, StructType>::Of(self)->object;
+    return object;
+  }
 }
 
 // A struct with one reference for the callee; null for null.

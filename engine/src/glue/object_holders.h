@@ -53,22 +53,18 @@ class ObjectFromC {
   const Class* const _original;
 };
 
-// A scoped object shown to the other side for the length of a call.
+// A scoped object shown to the other side for the length of a call. The struct stands first, so
+// that Object() finds the object behind it.
 template <class Class, class Struct>
-class ScopedExport {
- public:
-  explicit ScopedExport(CefRawPtr<Class> object) : object(object) {
-    _structure.base.size = sizeof(_structure);
-    Fill(&_structure);
+struct ScopedExport {
+  explicit ScopedExport(CefRawPtr<Class> exported) : object(exported) {
+    structure.base.size = sizeof(structure);
+    Fill(&structure);
   }
-  Struct* get() { return &_structure; }
+  Struct* get() { return &structure; }
 
- private:
-  Struct _structure{};
-
- public:
-  // Found by Object() behind the struct, which stands first.
-  const CefRawPtr<Class> object;
+  Struct structure{};
+  CefRawPtr<Class> object;
 };
 
 template <class Class, class Struct>
