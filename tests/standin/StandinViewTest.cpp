@@ -357,6 +357,29 @@ TEST(StandinViewTest, AShutdownClosesForgottenViews) {
   });
 }
 
+TEST(StandinViewTest, ALoadThatStillGoesOnIsStoppedByTheClose) {
+  InOwnProcess([] {
+    Host host;
+    host.root.Write("webapps/m/a.html", "<title>A page</title>");
+    Events events;
+    orbcefbrowser_c* const view = host.NewView(events);
+    host.Open(view);
+    control::Hold(TID_FILE_USER_BLOCKING);
+    view->load_url(view, Text("xortv://webapps/m/a.html"));
+    EXPECT_TRUE(events.Wait("loading 1 about:blank"));
+    view->execute_javascript(view, Text("late()"), Text(""), 1);
+    view->close(view, 1);
+    EXPECT_TRUE(control::Wait("closed"));
+    EXPECT_EQ(control::Count("stop_load"), 1);
+    control::Resume(TID_FILE_USER_BLOCKING);
+    control::SettleAll();
+    EXPECT_FALSE(events.Has("title A page"));
+    // What waits for a load that never ends goes unrun.
+    EXPECT_EQ(control::Count("script"), 0);
+    view->release(view);
+  });
+}
+
 TEST(StandinViewTest, ATerminatedRendererIsLoggedAndTheViewStays) {
   InOwnProcess([] {
     Host host;
