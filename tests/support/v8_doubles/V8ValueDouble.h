@@ -53,71 +53,25 @@ class V8ValueDouble : public CefV8Value {
   bool IsArray() override { return _kind == Kind::kArray; }
   bool IsArrayBuffer() override { return false; }
   bool IsFunction() override { return valid && _kind == Kind::kFunction; }
-#if CEF_VERSION_MAJOR >= 108
-  bool IsPromise() override {
-    return false;
-  }
-#endif
-  bool IsSame(CefRefPtr<CefV8Value> that) override {
-    return that.get() == this;
-  }
+  bool IsSame(CefRefPtr<CefV8Value> that) override { return that.get() == this; }
 
-  bool GetBoolValue() override {
-    return IsBool() && number != 0;
-  }
-  int32 GetIntValue() override {
-    return IsNumber() ? static_cast<int32>(number) : 0;
-  }
-  uint32 GetUIntValue() override {
-    return IsNumber() ? static_cast<uint32>(number) : 0;
-  }
-  double GetDoubleValue() override {
-    return IsNumber() ? number : 0;
-  }
-#if CEF_VERSION_MAJOR >= 108
-  CefBaseTime GetDateValue() override {
-    return CefBaseTime();
-  }
-#else
-  CefTime GetDateValue() override {
-    return CefTime();
-  }
-#endif
-  CefString GetStringValue() override {
-    return IsString() ? CefString(text) : CefString();
-  }
+  bool GetBoolValue() override { return IsBool() && number != 0; }
+  int32 GetIntValue() override { return IsNumber() ? static_cast<int32>(number) : 0; }
+  uint32 GetUIntValue() override { return IsNumber() ? static_cast<uint32>(number) : 0; }
+  double GetDoubleValue() override { return IsNumber() ? number : 0; }
+  CefString GetStringValue() override { return IsString() ? CefString(text) : CefString(); }
 
-  bool IsUserCreated() override {
-    return false;
-  }
-  bool HasException() override {
-    return false;
-  }
-  CefRefPtr<CefV8Exception> GetException() override {
-    return nullptr;
-  }
-  bool ClearException() override {
-    return true;
-  }
-  bool WillRethrowExceptions() override {
-    return false;
-  }
-  bool SetRethrowExceptions(bool) override {
-    return false;
-  }
+  bool IsUserCreated() override { return false; }
+  bool HasException() override { return false; }
+  CefRefPtr<CefV8Exception> GetException() override { return nullptr; }
+  bool ClearException() override { return true; }
+  bool WillRethrowExceptions() override { return false; }
+  bool SetRethrowExceptions(bool) override { return false; }
 
-  bool HasValue(const CefString& key) override {
-    return properties.count(key.ToString()) != 0;
-  }
-  bool HasValue(int index) override {
-    return IsIndex(index);
-  }
-  bool DeleteValue(const CefString& key) override {
-    return properties.erase(key.ToString()) != 0;
-  }
-  bool DeleteValue(int) override {
-    return false;
-  }
+  bool HasValue(const CefString& key) override { return properties.count(key.ToString()) != 0; }
+  bool HasValue(int index) override { return IsIndex(index); }
+  bool DeleteValue(const CefString& key) override { return properties.erase(key.ToString()) != 0; }
+  bool DeleteValue(int) override { return false; }
   CefRefPtr<CefV8Value> GetValue(const CefString& key) override {
     const auto property = properties.find(key.ToString());
     return property != properties.end() ? property->second : new V8ValueDouble(Kind::kUndefined);
@@ -130,12 +84,8 @@ class V8ValueDouble : public CefV8Value {
     properties[key.ToString()] = std::move(value);
     return true;
   }
-  bool SetValue(int, CefRefPtr<CefV8Value>) override {
-    return false;
-  }
-  bool SetValue(const CefString&, AccessControl, PropertyAttribute) override {
-    return false;
-  }
+  bool SetValue(int, CefRefPtr<CefV8Value>) override { return false; }
+  bool SetValue(const CefString&, AccessControl, PropertyAttribute) override { return false; }
   bool GetKeys(std::vector<CefString>& keys) override {
     for (const auto& property : properties) {
       keys.push_back(property.first);
@@ -143,34 +93,18 @@ class V8ValueDouble : public CefV8Value {
     return true;
   }
 
-  bool SetUserData(CefRefPtr<CefBaseRefCounted>) override {
-    return false;
-  }
-  CefRefPtr<CefBaseRefCounted> GetUserData() override {
-    return nullptr;
-  }
-  int GetExternallyAllocatedMemory() override {
-    return 0;
-  }
-  int AdjustExternallyAllocatedMemory(int) override {
-    return 0;
-  }
-  int GetArrayLength() override {
-    return static_cast<int>(elements.size());
-  }
+  bool SetUserData(CefRefPtr<CefBaseRefCounted>) override { return false; }
+  CefRefPtr<CefBaseRefCounted> GetUserData() override { return nullptr; }
+  int GetExternallyAllocatedMemory() override { return 0; }
+  int AdjustExternallyAllocatedMemory(int) override { return 0; }
+  int GetArrayLength() override { return static_cast<int>(elements.size()); }
   CefRefPtr<CefV8ArrayBufferReleaseCallback> GetArrayBufferReleaseCallback() override {
     return nullptr;
   }
-  bool NeuterArrayBuffer() override {
-    return false;
-  }
-  CefString GetFunctionName() override {
-    return CefString();
-  }
-  CefRefPtr<CefV8Handler> GetFunctionHandler() override {
-    return nullptr;
-  }
-  CefRefPtr<CefV8Value> ExecuteFunction(CefRefPtr<CefV8Value>,
+  bool NeuterArrayBuffer() override { return false; }
+  CefString GetFunctionName() override { return CefString(); }
+  CefRefPtr<CefV8Handler> GetFunctionHandler() override { return nullptr; }
+  CefRefPtr<CefV8Value> ExecuteFunction(CefRefPtr<CefV8Value> object,
                                         const CefV8ValueList& arguments) override {
     ++calls;
     last_object = object;
@@ -182,12 +116,24 @@ class V8ValueDouble : public CefV8Value {
                                                    const CefV8ValueList& arguments) override {
     return ExecuteFunction(object, arguments);
   }
+
+  // What differs between the interface versions.
 #if CEF_VERSION_MAJOR >= 108
+  bool IsPromise() override {
+    return false;
+  }
   bool ResolvePromise(CefRefPtr<CefV8Value>) override {
     return false;
   }
   bool RejectPromise(const CefString&) override {
     return false;
+  }
+  CefBaseTime GetDateValue() override {
+    return CefBaseTime();
+  }
+#else
+  CefTime GetDateValue() override {
+    return CefTime();
   }
 #endif
 
