@@ -72,3 +72,20 @@ def test_the_reference_hosts_status_says_what_failed(tmp_path, arguments, status
     done = subprocess.run([str(BIN / "orbcef_host"), "--profile", str(tmp_path), *arguments], env=environment,
                           capture_output=True, text=True, timeout=scaled(40))
     assert done.returncode == status, done.stdout + done.stderr
+
+
+@pytest.mark.in_parent
+def test_the_reference_host_keeps_a_value_from_run_to_run(tmp_path):
+    environment = {k: v for k, v in os.environ.items() if not k.startswith("ORB")}
+    environment["ORBInstallPath"] = f"{Host.ROOT};{Host.PAGES}"
+
+    def run():
+        done = subprocess.run(
+            [str(BIN / "orbcef_host"), "--url", "xortv://webapps/Test/kept.html", "--screenshot", str(tmp_path / "out.png"),
+             "--profile", str(tmp_path)], env=environment, capture_output=True, text=True, timeout=scaled(60))
+        assert done.returncode == 0, done.stdout + done.stderr
+        return done.stdout
+
+    assert '"saved", "Error: Failed to read preference kept from repository ORBCefStore_Test"' in run()
+    found = run()
+    assert r'''"found", "{\"text\":\"it's\u2028kept\",\"numbers\":[1,2]}"''' in found, found
