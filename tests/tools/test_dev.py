@@ -37,12 +37,13 @@ class Machine:
         tree.write("tools/debian-packages.txt", PACKAGES)
         tree.write("tools/debian-packages-windows-x64.txt", "mingw\n")
         tree.write("tests/requirements.txt", "pytest==1\n")
+        tree.write("tests/script/package.json", '{"private": true}\n')
         self.bin.mkdir()
         for name in REAL:
             (self.bin / name).symlink_to(shutil.which(name))
         self.command("python3", PYTHON)
         self.command("cmake", CMAKE)
-        for name in ("ninja", "apt-get", "sudo", "mvn", "node"):
+        for name in ("ninja", "apt-get", "sudo", "mvn", "node", "npm"):
             self.command(name, f'#!/bin/bash\necho "{name} $*" >> "$CALLS"\n')
         self.installed("g++", "libnss3")
 
@@ -148,6 +149,25 @@ def test_the_python_environment_is_made_once_for_its_requirements(machine, tree)
     tree.write("tests/requirements.txt", "pytest==2\n")
     machine.dev("setup")
     assert len(starting(machine.calls(), "python3 -m venv")) == 1
+
+
+def test_the_node_environment_is_made_once_for_its_packages(machine, tree):
+    machine.dev("setup")
+    assert len(starting(machine.calls(), "npm install")) == 1
+    machine.dev("setup")
+    assert starting(machine.calls(), "npm install") == []
+    tree.write("tests/script/package.json", '{"private": false}\n')
+    machine.dev("setup")
+    assert len(starting(machine.calls(), "npm install")) == 1
+
+
+def test_a_node_environment_that_could_not_be_made_is_made_again(machine):
+    machine.command("npm", '#!/bin/bash\necho "npm $*" >> "$CALLS"\nexit 1\n')
+    for _ in range(2):
+        done = machine.dev("setup")
+        assert done.returncode == 1
+        assert "the Node packages could not be installed" in done.stderr
+        assert len(starting(machine.calls(), "npm install")) == 1
 
 
 def test_setup_gets_the_engine_and_fails_with_it(machine):
