@@ -168,11 +168,16 @@ def test_a_page_that_never_yields_leaves_the_other_view_usable(open_view, server
 # --- files of the installation ------------------------------------------------------------------------------------
 
 
+MISSING = "missing"
+
+
 def root_with(profile, monkeypatch, name, content):
-    """An installation root in which the file `name` has this text; for None a directory stands there."""
+    """An installation root in which the file `name` has this text; a directory stands there for None."""
     root = partial_root(profile, monkeypatch, lambda path: path != f"{BINDINGS}/{name}")
     monkeypatch.setenv("ORBInstallPath", f"{root};{Host.PAGES}")
     path = root / BINDINGS / name
+    if content is MISSING:
+        return
     if content is None:
         path.mkdir(parents=True)
     else:
@@ -181,9 +186,9 @@ def root_with(profile, monkeypatch, name, content):
 
 
 @log
-@pytest.mark.parametrize("content, size", [("throw new Error('in the snippet')", None), (None, None), ("", None),
+@pytest.mark.parametrize("content, size", [("throw new Error('in the snippet')", None), (None, None), ("", None), (MISSING, None),
                                            ("({ width: 7, height: '8' })", (7, 0)), ("42", (0, 0))],
-                         ids=["throws", "directory", "empty", "half", "number"])
+                         ids=["throws", "directory", "empty", "missing", "half", "number"])
 def test_a_snippet_of_the_document_size_that_gives_no_size(profile, monkeypatch, content, size):
     root_with(profile, monkeypatch, "snippets/getDocumentSize.js", content)
     host = Host()
@@ -200,7 +205,8 @@ def test_a_snippet_of_the_document_size_that_gives_no_size(profile, monkeypatch,
 
 @log
 # The engine refuses to evaluate an empty text, which is what a directory reads as.
-@pytest.mark.parametrize("content", ["throw new Error('in the snippet')", None], ids=["throws", "directory"])
+@pytest.mark.parametrize("content", ["throw new Error('in the snippet')", None, MISSING],
+                         ids=["throws", "directory", "missing"])
 @pytest.mark.parametrize("name", ["addGlobalEventListeners.js", "addRootDocumentEventListeners.js"])
 def test_a_listener_snippet_that_fails_leaves_a_page_with_xocef(profile, monkeypatch, name, content):
     root_with(profile, monkeypatch, f"snippets/{name}", content)
