@@ -1,5 +1,6 @@
-// What a piece of a test writes to standard error. The engine's log goes there as long as the
-// engine has not been started.
+// What a piece of a test writes to standard error, and what the engine logs meanwhile. As long as
+// the engine has not been started its log goes to standard error as well or, on Windows, into a
+// file beside the program.
 #ifndef ORBCEF_TESTS_CAPTURED_LOG_H
 #define ORBCEF_TESTS_CAPTURED_LOG_H
 
@@ -8,10 +9,6 @@
 
 #include <gtest/gtest.h>
 
-inline std::string CapturedLog(const std::function<void()>& body) {
-  testing::internal::CaptureStderr();
-  body();
-  return testing::internal::GetCapturedStderr();
-}
+std::string CapturedLog(const std::function<void()>& body);
 
 #endif  // ORBCEF_TESTS_CAPTURED_LOG_H
