@@ -5,6 +5,7 @@
 
 #include <thread>
 
+#include "CapturedLog.h"
 #include "FakeTools.h"
 #include "FreshProcess.h"
 #include "ORBCefClientRegistry.h"
@@ -21,7 +22,6 @@ using engine_doubles::Calls;
 using engine_doubles::HostAuthDelegate;
 using engine_doubles::HostEvents;
 using testing::HasSubstr;
-using testing::Not;
 using Lines = std::vector<std::string>;
 constexpr char kHome[] = "https://home.test/start";
 constexpr char kService[] = "https://sso.test/";
@@ -128,9 +128,8 @@ TEST_F(ORBCefClientHandlerTest, ATicketRedirectsTheFirstLoadOfTheStartURL) {
 
 TEST_F(ORBCefClientHandlerTest, ARefusedTicketDropsTheDelegateAndTakesTheLogInPath) {
   ConfigureService();
-  testing::internal::CaptureStderr();
-  const auto client = Make(kHome, true);
-  EXPECT_THAT(testing::internal::GetCapturedStderr(),
+  CefRefPtr<ORBCefClientHandler> client;
+  EXPECT_THAT(CapturedLog([&] { client = Make(kHome, true); }),
               HasSubstr("LEDGERWebAuthDelegate failed to get transient ticket for URL: "
                         "https://home.test/start"));
   EXPECT_EQ(_delegate.references, 0);
@@ -139,18 +138,16 @@ TEST_F(ORBCefClientHandlerTest, ARefusedTicketDropsTheDelegateAndTakesTheLogInPa
 }
 
 TEST_F(ORBCefClientHandlerTest, ARefusedTicketWithoutAServiceLeavesNothingPending) {
-  testing::internal::CaptureStderr();
-  const auto client = Make(kHome, true);
-  EXPECT_THAT(testing::internal::GetCapturedStderr(),
+  CefRefPtr<ORBCefClientHandler> client;
+  EXPECT_THAT(CapturedLog([&] { client = Make(kHome, true); }),
               HasSubstr("The current session is not authenticated with a CAS."));
   EXPECT_FALSE(client->IsLoginPending());
 }
 
 TEST_F(ORBCefClientHandlerTest, AViewWithoutADelegateIsNotAuthenticatedWhateverIsConfigured) {
   ConfigureService();
-  testing::internal::CaptureStderr();
-  const auto client = Make();
-  EXPECT_THAT(testing::internal::GetCapturedStderr(),
+  CefRefPtr<ORBCefClientHandler> client;
+  EXPECT_THAT(CapturedLog([&] { client = Make(); }),
               HasSubstr("The current session is not authenticated with a CAS."));
   EXPECT_FALSE(client->IsLoginPending());
   EXPECT_EQ(client->GetTurnstileURL(), kService);
@@ -303,13 +300,11 @@ TEST_F(ORBCefClientHandlerTest, ClosingAnIdlePageStopsNothing) {
 }
 
 TEST_F(ORBCefClientHandlerTest, TheLifeOfAViewIsLogged) {
-  testing::internal::CaptureStderr();
-  {
+  const std::string log = CapturedLog([this] {
     const auto client = MakeCreated();
     client->DoClose(_browser);
     client->OnBeforeClose(_browser);
-  }
-  const std::string log = testing::internal::GetCapturedStderr();
+  });
   for (const char* line : {"Created.", "Destruction requested.", "Closing.",
                            "Browser shutdown is done. Now destroying the client handler."}) {
     EXPECT_THAT(log, HasSubstr(std::string("[Browser Process] Browser #11 - ") + line));
@@ -354,9 +349,7 @@ TEST_F(ORBCefClientHandlerTest, DetachFromAnotherThreadIsRefused) {
   _delegate.ticket_url = kHome;
   const auto client = Make(kHome, true);
   _tools.on_main_thread = false;
-  testing::internal::CaptureStderr();
-  client->Detach();
-  EXPECT_THAT(testing::internal::GetCapturedStderr(),
+  EXPECT_THAT(CapturedLog([&] { client->Detach(); }),
               HasSubstr("This method should be called on the main thread"));
   EXPECT_EQ(_host.references, 1);
   EXPECT_EQ(_delegate.references, 1);
@@ -402,58 +395,6 @@ TEST_F(ORBCefClientHandlerTest, AReplayFailsInWords) {
   const ReplayDelegateResult result = client->ReplayInteraction("{}").get();
   EXPECT_EQ(result.code, 200);
   EXPECT_EQ(result.message.ToString(), "No valid instance for ORBCefReplayDelegate.");
-}
-
-class ORBCefClientHandlerMessageTest : public ORBCefClientHandlerTest {
- protected:
-  void SetUp() override {
-    ORBCefClientHandlerTest::SetUp();
-    _client = Make();
-  }
-
-  bool Receive(const char* name, CefProcessId source = PID_RENDERER) {
-    return _client->OnProcessMessageReceived(_browser, nullptr, source,
-                                             CefProcessMessage::Create(name));
-  }
-
-  CefRefPtr<ORBCefClientHandler> _client;
-};
-
-TEST_F(ORBCefClientHandlerMessageTest, ActsOnARenderersMessage) {
-  EXPECT_TRUE(Receive("OnUnload"));
-  EXPECT_EQ(_host.lines, Lines{"state 3"});
-}
-
-TEST_F(ORBCefClientHandlerMessageTest, IgnoresOtherSources) {
-  EXPECT_FALSE(Receive("OnUnload", PID_BROWSER));
-  EXPECT_TRUE(_host.lines.empty());
-}
-
-TEST_F(ORBCefClientHandlerMessageTest, ADetachedViewIgnoresAllMessages) {
-  _client->Detach();
-  EXPECT_FALSE(Receive("OnUnload"));
-  EXPECT_FALSE(Receive("LoadHome"));
-  EXPECT_TRUE(_browser->calls.empty());
-}
-
-TEST_F(ORBCefClientHandlerMessageTest, NullArgumentsAreRefused) {
-  EXPECT_FALSE(_client->OnProcessMessageReceived(_browser, nullptr, PID_RENDERER, nullptr));
-  EXPECT_FALSE(_client->OnProcessMessageReceived(nullptr, nullptr, PID_RENDERER,
-                                                 CefProcessMessage::Create("OnUnload")));
-}
-
-// Record and replay messages have no place in an ordinary run.
-TEST_F(ORBCefClientHandlerMessageTest, RecordAndReplayMessagesAreUnhandled) {
-  for (const orbceftypes_recordmode mode :
-       {ORBCEF_RECORDMODE_NONE, ORBCEF_RECORDMODE_CAPTURE, ORBCEF_RECORDMODE_REPLAY}) {
-    _tools.record_mode = mode;
-    _client = Make();
-    for (const char* name :
-         {"RecordData", "ReplayResult", "ReplayQuery", "OnInterpreterLoaded", "ReplayAbort"}) {
-      EXPECT_FALSE(Receive(name)) << name << " in mode " << mode;
-    }
-  }
-  EXPECT_TRUE(_host.lines.empty() && _browser->calls.empty());
 }
 
 TEST_F(ORBCefClientHandlerTest, OffTheEnginesThreadsEveryCallbackGivesItsFixedAnswer) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "CapturedLog.h"
 #include "FakeTools.h"
 #include "engine_doubles/HostDoubles.h"
 #include "engine_doubles/ViewDoubles.h"
@@ -108,13 +109,13 @@ TEST_F(ORBCefScriptQueueTest, AFrameThatGoesAwayMeanwhileTakesTheScriptWithIt) {
 }
 
 TEST_F(ORBCefScriptQueueTest, LogsWhatItRunsOnlyWhileAskedTo) {
-  testing::internal::CaptureStderr();
-  Execute("quiet()");
-  _tools.Set("ORBCEF_LOG_EXECJS", "");
-  Execute("loud()");
-  _tools.Unset("ORBCEF_LOG_EXECJS");
-  Execute("quiet()");
-  const std::string log = testing::internal::GetCapturedStderr();
+  const std::string log = CapturedLog([this] {
+    Execute("quiet()");
+    _tools.Set("ORBCEF_LOG_EXECJS", "");
+    Execute("loud()");
+    _tools.Unset("ORBCEF_LOG_EXECJS");
+    Execute("quiet()");
+  });
   EXPECT_NE(log.find("[Browser Process] Browser #1 - Executing script:\n\tloud()"),
             std::string::npos)
       << log;
@@ -122,10 +123,10 @@ TEST_F(ORBCefScriptQueueTest, LogsWhatItRunsOnlyWhileAskedTo) {
 }
 
 TEST_F(ORBCefScriptQueueTest, LogsQueueingAndFlushing) {
-  testing::internal::CaptureStderr();
-  _queue.Execute(nullptr, 3, "a()", "", 1);
-  _queue.Flush(_browser, 3);
-  const std::string log = testing::internal::GetCapturedStderr();
+  const std::string log = CapturedLog([this] {
+    _queue.Execute(nullptr, 3, "a()", "", 1);
+    _queue.Flush(_browser, 3);
+  });
   EXPECT_NE(log.find("[Browser Process] Browser #3 - Can't execute JavaScript right now, enqueuing "
                      "the code."),
             std::string::npos)
