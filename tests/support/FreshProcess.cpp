@@ -8,12 +8,17 @@
 #include <sys/wait.h>
 #endif
 
+#include "CapturedLog.h"
+
 namespace fresh_process {
 
 namespace {
 
 [[noreturn]] void RunAndEnd(const std::function<void()>& body) {
+  const LoggedFile file;
   body();
+  // The parent looks at the standard error stream alone.
+  std::fputs(file.Text().c_str(), stderr);
   std::fflush(nullptr);
   // No static destructors: the engine's library has its own idea of an end.
   std::_Exit(testing::Test::HasFailure() ? 1 : 0);

@@ -34,8 +34,13 @@ class LoopbackDouble : public platform::Loopback {
     return CountUnderLock(step);
   }
 
-  int Start() override { return Fails("Start") ? Done("Start", kError) : Done("Start", 0); }
-  void Stop() override { Done("Stop", 0); }
+  int Start() override {
+    return Fails("Start") ? Done("Start", kError) : Done("Start", System().Start());
+  }
+  void Stop() override {
+    System().Stop();
+    Done("Stop", 0);
+  }
   int LastError() override { return kError; }
   Socket Open() override {
     return Fails("Open") ? Done("Open", kNoSocket) : Done("Open", System().Open());

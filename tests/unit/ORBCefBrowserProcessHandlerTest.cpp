@@ -1,5 +1,6 @@
 #include "ORBCefBrowserProcessHandler.h"
 
+#include <algorithm>
 #include <chrono>
 #include <future>
 
@@ -17,6 +18,7 @@
 #include "ORBCefLog.h"
 #include "ORBCefTestStubUtils.h"
 #include "platform/Files.h"
+#include "platform/Process.h"
 
 namespace {
 
@@ -32,15 +34,26 @@ constexpr char kRenderer[] = "renderer-startup-dialog";
 constexpr char kGpu[] = "gpu-startup-dialog";
 constexpr char kUtility[] = "utility-startup-dialog";
 
+constexpr char kDpiAware[] = "dpi-aware";
+
+// A child is told when this process is DPI-aware, which not every system makes it.
+std::vector<std::string> WithoutDpiAware(std::vector<std::string> names) {
+  const auto found = std::find(names.begin(), names.end(), kDpiAware);
+  EXPECT_EQ(platform::IsDpiAware(), found != names.end());
+  if (found != names.end())
+    names.erase(found);
+  return names;
+}
+
 class ORBCefBrowserProcessHandlerTest : public testing::Test {
  protected:
-  // The switches that a child gets from a new handler.
+  // The switches that a child gets from a new handler, but for that of the system's own setting.
   std::vector<std::string> Launch(orbceftypes_recordmode mode = ORBCEF_RECORDMODE_NONE) {
     const CefRefPtr<ORBCefBrowserProcessHandler> handler = new ORBCefBrowserProcessHandler();
     handler->SetRecordMode(mode);
     const CefRefPtr<CommandLineDouble> line = new CommandLineDouble();
     log = CapturedLog([&] { handler->OnBeforeChildProcessLaunch(line); });
-    return line->Names();
+    return WithoutDpiAware(line->Names());
   }
 
   FakeTools tools;
@@ -55,7 +68,8 @@ TEST_F(ORBCefBrowserProcessHandlerTest, TheWholeCommandLineIsLogged) {
   Launch();
   EXPECT_THAT(log, HasSubstr("[Browser Process] Creating child process with command line:\n\t"
                              "program --allow-universal-access-from-files "
-                             "--allow-file-access-from-files\n"));
+                             "--allow-file-access-from-files" +
+                             std::string(platform::IsDpiAware() ? " --dpi-aware\n" : "\n")));
 }
 
 TEST_F(ORBCefBrowserProcessHandlerTest, ANamedChildShowsItsStartupDialog) {
@@ -136,7 +150,7 @@ TEST(ORBCefBrowserProcessHandlerStubTest, AnInstrumentedRunHidesTheStubsUntilThe
     const CefRefPtr<ORBCefBrowserProcessHandler> handler = new ORBCefBrowserProcessHandler();
     const CefRefPtr<CommandLineDouble> line = new CommandLineDouble();
     handler->OnBeforeChildProcessLaunch(line);
-    ASSERT_THAT(line->Names(), ElementsAre(kUniversal, kFiles, "mc-stub-port"));
+    ASSERT_THAT(WithoutDpiAware(line->Names()), ElementsAre(kUniversal, kFiles, "mc-stub-port"));
     EXPECT_EQ(PathOf({"/a", "/b"}), tools.Get("PATH"));
 
     std::promise<void> restored;

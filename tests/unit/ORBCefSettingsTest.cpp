@@ -216,9 +216,13 @@ TEST_F(ORBCefSettingsTest, TheHelpersPathIsAbsoluteAlsoBelowARelativeRoot) {
   TempDirectory root;
   root.Write("code/bin/7XOWebHelper", "x");
   root.Write("code/bin/7XOWebHelper.exe", "x");
-  const std::string relative = std::filesystem::relative(root.Path()).string();
-  tools.Set("ORBInstallPath", relative);
+  // The temporary directory may stand on another drive, where no relative path leads.
+  const std::filesystem::path before = std::filesystem::current_path();
+  const std::filesystem::path absolute = root.Path();
+  std::filesystem::current_path(absolute.parent_path());
+  tools.Set("ORBInstallPath", absolute.filename().string());
   Fill();
+  std::filesystem::current_path(before);
   const std::string helper = TextOf(settings.browser_subprocess_path);
   EXPECT_FALSE(platform::IsRelative(helper));
   EXPECT_TRUE(std::filesystem::equivalent(std::filesystem::path(root.Path()) / "code" / "bin",
