@@ -1,13 +1,15 @@
 #!/usr/bin/env python3
-"""Runs the test suites on a finished build and closes with one line of counts.
+"""Runs the test suites on finished builds and closes with one line of counts.
 
-    run_tests.py [SUITE ...] [further arguments for the suites' own runner]
+    run_tests.py [TARGET ...] [SUITE ...] [further arguments for the suites' own runner]
 
-Without a name all suites run. The last line on standard output is "N passed, N failed", with
+Without a target the suites run on the build for this machine, and without a suite all run that a
+target has; those for Windows run on wine. The last line on standard output is "N passed, N failed", with
 ", N skipped" where tests were. The exit code is 0 only if nothing failed and every suite ran a test.
 """
 from __future__ import annotations
 
+import contextlib
 import json
 import os
 import shutil
@@ -16,12 +18,13 @@ import sys
 import tempfile
 from dataclasses import dataclass, field
 from pathlib import Path
-from typing import Callable
+from typing import Callable, Iterator
 
 import test_results
 from sources import SOURCE_ROOT
 from test_results import Counts
 from virtual_display import virtual_display
+from wine import WineError, wine_prefix
 
 BUILD = Path(os.environ.get("ORBCEF_BUILD_DIR", SOURCE_ROOT / "build" / "linux-x64"))
 REPORTS = BUILD / "test-reports"
@@ -66,7 +69,9 @@ def run_unit(arguments: list[str]) -> Counts:
     total = Counts()
     for program in _programs("unit"):
         report = _fresh_report(f"{program.name}.xml")
-        options = [f"--gtest_output=xml:{report}", "--gtest_brief=1", *arguments]
+        # The drive makes it an absolute name for a program for Windows.
+        drive = "Z:" if BUILD.name == WINDOWS else ""
+        options = [f"--gtest_output=xml:{drive}{report}", "--gtest_brief=1", *arguments]
         status = _run_program(program, options).returncode
         counts = test_results.with_exit_status(test_results.from_junit(report), status)
         _tell(program.name, counts)
@@ -119,8 +124,58 @@ SUITES: dict[str, Suite] = {
 }
 
 
+HOME = "linux-x64"
+WINDOWS = "windows-x64"
+# What a target does not name is the same on every target, or is the other's affair.
+TARGETS: dict[str, tuple[str, ...] | None] = {HOME: None, WINDOWS: ("abi", "unit", "browser")}
+
+
+@contextlib.contextmanager
+def use_target(target: str) -> Iterator[None]:
+    """Lets the suites run on the build of a target."""
+    global BUILD, REPORTS
+    if target == HOME:
+        yield
+        return
+    build, reports, variables = BUILD, REPORTS, dict(os.environ)
+    BUILD = BUILD.with_name(target)
+    REPORTS = BUILD / "test-reports"
+    try:
+        with wine_prefix() as wine_variables:
+            os.environ.update(wine_variables, ORBCEF_TEST_TARGET=target)
+            yield
+    finally:
+        os.environ.clear()
+        os.environ.update(variables)
+        BUILD, REPORTS = build, reports
+
+
+def run_target(target: str, names: list[str], arguments: list[str]) -> Counts:
+    total = Counts()
+    own = TARGETS[target]
+    wanted = [name for name in names or SUITES if own is None or name in own]
+    if not wanted:
+        return _failure(f"{target} has no suite {' and no '.join(names)}")
+    try:
+        with use_target(target):
+            REPORTS.mkdir(parents=True, exist_ok=True)
+            for name in wanted:
+                label = name if target == HOME else f"{target} {name}"
+                print(f"== {label}", flush=True)
+                counts = SUITES[name](arguments)
+                if counts.ran == 0:
+                    counts += _failure("no test ran")
+                _tell(label, counts)
+                total += counts
+    except WineError as error:
+        total += _failure(str(error))
+    return total
+
+
 def main(arguments: list[str]) -> int:
-    names = []
+    targets, names = [], []
+    while arguments and arguments[0] in TARGETS:
+        targets.append(arguments.pop(0))
     while arguments and arguments[0] in SUITES:
         names.append(arguments.pop(0))
     if arguments and len(names) != 1:
@@ -130,7 +185,6 @@ def main(arguments: list[str]) -> int:
             file=sys.stderr,
         )
         return 2
-    REPORTS.mkdir(parents=True, exist_ok=True)
     for variable in list(os.environ):
         if variable.startswith(HOST_VARIABLES):
             del os.environ[variable]
@@ -139,13 +193,8 @@ def main(arguments: list[str]) -> int:
         # Tests type and click: never on the user's own screen.
         os.environ["DISPLAY"] = display
         os.environ.pop("WAYLAND_DISPLAY", None)
-        for name in names or SUITES:
-            print(f"== {name}", flush=True)
-            counts = SUITES[name](arguments)
-            if counts.ran == 0:
-                counts += _failure("no test ran")
-            _tell(name, counts)
-            total += counts
+        for target in targets or [HOME]:
+            total += run_target(target, names, arguments)
     print(total, flush=True)
     return 1 if total.failed else 0
 

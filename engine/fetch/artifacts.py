@@ -51,14 +51,16 @@ class Artifact:
     version: str
     size: int
     sha256: str
+    # Tells the archives of one version apart; empty where there is one only.
+    classifier: str = ""
 
     @property
     def coordinates(self) -> str:
-        return f"{self.group}:{self.name}:{self.version}:jar"
+        return ":".join(filter(None, (self.group, self.name, self.version, "jar", self.classifier)))
 
     @property
     def file_name(self) -> str:
-        return f"{self.name}-{self.version}.jar"
+        return "-".join(filter(None, (self.name, self.version, self.classifier))) + ".jar"
 
     @property
     def repository_folder(self) -> str:

@@ -242,9 +242,13 @@ def test_run_does_not_start_a_host_whose_build_failed(machine):
 @pytest.mark.parametrize(
     "arguments, script, passed",
     [
-        (["test"], "tools/run_tests.py", ""),
-        (["test", "unit", "--gtest_filter=A.*"], "tools/run_tests.py", " unit --gtest_filter=A.*"),
-        (["check"], "tools/run_tests.py", " check"),
+        (
+            ["test", "unit", "--gtest_filter=A.*"],
+            "tools/run_tests.py",
+            " linux-x64 unit --gtest_filter=A.*",
+        ),
+        (["test", "linux-x64"], "tools/run_tests.py", " linux-x64"),
+        (["check"], "tools/run_tests.py", " linux-x64 check"),
         (["bench", "messages"], "bench/run.py", " messages"),
     ],
 )
@@ -253,6 +257,32 @@ def test_verbs_that_hand_over(machine, tree, arguments, script, passed):
     calls = machine.calls()
     assert len(starting(calls, "ninja")) == 1
     assert calls[-1] == f"python3 {tree.root}/{script}{passed}"
+
+
+def test_test_alone_builds_and_tests_every_target(machine, tree):
+    assert machine.dev("test").returncode == 0
+    calls = machine.calls()
+    assert starting(calls, "ninja") == [
+        f"ninja -C {tree.root}/build/{target}" for target in ("linux-x64", "windows-x64")
+    ]
+    assert calls[-1] == f"python3 {tree.root}/tools/run_tests.py linux-x64 windows-x64"
+
+
+def test_test_of_windows_alone_leaves_the_other_build_alone(machine, tree):
+    assert machine.dev("test", "windows-x64", "unit").returncode == 0
+    calls = machine.calls()
+    assert starting(calls, "ninja") == [f"ninja -C {tree.root}/build/windows-x64"]
+    assert any("fetch_python.py" in call for call in calls)
+    assert calls[-1] == f"python3 {tree.root}/tools/run_tests.py windows-x64 unit"
+
+
+def test_run_for_windows_starts_the_host_on_wine(machine, tree):
+    arguments = ["--target", "windows-x64", "--seconds", "2"]
+    assert machine.dev("run", *arguments).returncode == 0
+    host = f"{tree.root}/build/windows-x64/bin/orbcef_host.exe"
+    assert machine.calls()[-1] == f"python3 {tree.root}/tools/wine.py {host} --seconds 2"
+    done = machine.dev("run", "--target", "macos")
+    assert done.returncode == 1 and "run knows the targets" in done.stderr
 
 
 def test_a_failed_suite_is_a_failed_command(machine):

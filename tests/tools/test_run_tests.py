@@ -1,4 +1,5 @@
 """The runner as a program: its closing line, its exit code, and suites that must fail it."""
+import contextlib
 import os
 import subprocess
 import sys
@@ -7,6 +8,7 @@ import pytest
 import run_tests
 from conftest import ROOT
 from test_results import Counts
+from wine import WineError
 
 
 @pytest.fixture(autouse=True)
@@ -45,6 +47,51 @@ def test_named_suites_only(monkeypatch, capsys):
     use_suites(monkeypatch, one=Counts(3), two=Counts(0, 5))
     assert run_tests.main(["one"]) == 0
     assert capsys.readouterr().out.splitlines()[-1] == "3 passed, 0 failed"
+
+
+def test_every_named_target_runs_its_own_suites_on_its_own_build(monkeypatch, capsys, own_build):
+    seen = []
+
+    @contextlib.contextmanager
+    def prefix():
+        seen.append("prefix begins")
+        yield {"WINEPREFIX": "/a/prefix"}
+        seen.append("prefix ends")
+
+    def suite(name):
+        def run(_):
+            seen.append((name, run_tests.BUILD.name, os.environ.get("WINEPREFIX")))
+            return Counts(1)
+
+        return run
+
+    monkeypatch.setattr(run_tests, "BUILD", own_build / "linux-x64")
+    monkeypatch.setattr(run_tests, "wine_prefix", prefix)
+    monkeypatch.setattr(run_tests, "SUITES", {name: suite(name) for name in ("check", "unit")})
+    assert run_tests.main(["linux-x64", "windows-x64"]) == 0
+    assert seen == [
+        ("check", "linux-x64", None),
+        ("unit", "linux-x64", None),
+        "prefix begins",
+        ("unit", "windows-x64", "/a/prefix"),
+        "prefix ends",
+    ]
+    assert capsys.readouterr().out.splitlines()[-1] == "3 passed, 0 failed"
+    assert "WINEPREFIX" not in os.environ and run_tests.BUILD.name == "linux-x64"
+
+
+def test_a_target_without_wine_or_without_the_suite_fails(monkeypatch, capsys):
+    @contextlib.contextmanager
+    def no_prefix():
+        raise WineError("no wine here")
+        yield
+
+    use_suites(monkeypatch, unit=Counts(1), check=Counts(1))
+    monkeypatch.setattr(run_tests, "wine_prefix", no_prefix)
+    assert run_tests.main(["windows-x64"]) == 1
+    assert "no wine here" in capsys.readouterr().out
+    assert run_tests.main(["windows-x64", "check"]) == 1
+    assert "windows-x64 has no suite check" in capsys.readouterr().out
 
 
 def test_further_arguments_reach_the_one_suite(monkeypatch):
