@@ -3,6 +3,8 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
+#include "System.h"
+
 namespace host {
 
 std::optional<std::string> Catalogue::Find(const std::string& catalogue,
@@ -28,7 +30,7 @@ const Catalogue::Texts& Catalogue::Load(const std::string& catalogue) {
   if (!added || catalogue.find('/') != std::string::npos) {
     return entry->second;
   }
-  std::ifstream file(_directory + "/" + catalogue + ".json");
+  std::ifstream file(ToPath(_directory + "/" + catalogue + ".json"));
   const nlohmann::json json = nlohmann::json::parse(file, nullptr, false);
   if (!json.is_object()) {
     return entry->second;

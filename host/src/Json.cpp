@@ -4,6 +4,8 @@
 #include <iterator>
 #include <nlohmann/json.hpp>
 
+#include "System.h"
+
 namespace host {
 namespace {
 
@@ -66,7 +68,7 @@ std::map<std::string, std::string> ReadTextMap(const std::string& path) {
 }
 
 std::string ReadFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(ToPath(path), std::ios::binary);
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 

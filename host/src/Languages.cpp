@@ -1,7 +1,5 @@
 #include "Languages.h"
 
-#include <cstdlib>
-
 namespace host {
 namespace {
 
@@ -76,16 +74,6 @@ bool Matches(std::string_view locale, std::string_view code) {
 }
 
 }  // namespace
-
-std::string EnvironmentLocale() {
-  for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-    const char* value = std::getenv(name);
-    if (value && *value) {
-      return value;
-    }
-  }
-  return {};
-}
 
 const char* LanguageName(std::string_view locale) {
   for (const Language& language : kLanguages) {

@@ -1,14 +1,10 @@
-// The user's language as the environment tells it. Any thread.
+// The host's names for the languages of its users. Any thread.
 #pragma once
 
 #include <optional>
-#include <string>
 #include <string_view>
 
 namespace host {
-
-// The locale of messages: LC_ALL, LC_MESSAGES or LANG, the first that is not empty.
-std::string EnvironmentLocale();
 
 // The host's name for the language of a locale such as "de_DE.UTF-8": "German". English and
 // Portuguese come without their country, which `LanguageId` tells. Anything unknown is "English".

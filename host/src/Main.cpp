@@ -3,11 +3,11 @@
 
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "Display.h"
 #include "Json.h"
 #include "MainThread.h"
 #include "ModuleLoader.h"
@@ -16,11 +16,11 @@
 #include "Profile.h"
 #include "Road.h"
 #include "Session.h"
+#include "System.h"
 #include "Tools.h"
 #include "View.h"
 #include "ViewEvents.h"
 #include "Window.h"
-#include "Xvfb.h"
 
 namespace host {
 namespace {
@@ -83,6 +83,7 @@ Tools::Configuration ToolsConfiguration(const Options& options, const Profile& p
   Tools::Configuration configuration;
   configuration.profile = profile.Path();
   configuration.catalogues = ExecutableDirectory() + "/catalogs";
+  configuration.locale = UserLocale();
   configuration.release_level = options.release_level;
   configuration.record_mode = options.record_mode;
   if (!options.module_map.empty()) {
@@ -157,8 +158,8 @@ class Run {
       }
     };
     listener.on_close_requested = [this] { _quit = true; };
-    listener.on_child_destroyed = [this](unsigned long window) {
-      _view_gone = _view_gone || window == _view_window;
+    listener.on_view_gone = [this](std::uintptr_t view) {
+      _view_gone = _view_gone || view == _view_window;
     };
     listener.on_focused = [this] {
       if (_view) {
@@ -249,7 +250,11 @@ class Run {
   // Closes the view and waits until the engine has destroyed its window: the window around it must
   // not go first.
   bool Close() {
-    _view_window = reinterpret_cast<std::uintptr_t>(_view->Window());
+    void* const window = _view->Window();
+    _view_window = reinterpret_cast<std::uintptr_t>(window);
+    if (window) {
+      _window.ExpectEnd(window);
+    }
     _view->Close();
     if (_view_window == 0) {
       return true;
@@ -293,16 +298,9 @@ Status Execute(const Options& options) {
   }
   std::printf("[host] loaded %s, profile %s\n", module.Path().c_str(), profile.Path().c_str());
 
-  Xvfb server;
-  const char* display = std::getenv("DISPLAY");
-  if (!display || !*display) {
-    const std::string name = server.Start(options.width, options.height);
-    if (name.empty()) {
-      std::fprintf(stderr, "[host] no DISPLAY, and Xvfb did not start\n");
-      return kNoDisplay;
-    }
-    std::printf("[host] no DISPLAY: started Xvfb %s (pid %d)\n", name.c_str(), server.pid());
-    tools.SetVariable("DISPLAY", name, true);
+  Display display;
+  if (!display.Provide(options.width, options.height, tools)) {
+    return kNoDisplay;
   }
 
   main_thread.CatchSignals();
@@ -324,11 +322,11 @@ Status Execute(const Options& options) {
 }  // namespace host
 
 int main(int argc, char** argv) {
-  // Lines must stand in order with those that the module and the engine write.
-  std::setvbuf(stdout, nullptr, _IOLBF, 0);
+  // Lines must stand in order with those that the module and the engine write. Not every system has
+  // a buffer of lines, so there is none.
+  std::setvbuf(stdout, nullptr, _IONBF, 0);
   std::string error;
-  const std::vector<std::string> arguments(argv + 1, argv + argc);
-  const auto options = host::ParseOptions(arguments, error);
+  const auto options = host::ParseOptions(host::Arguments(argc, argv), error);
   if (!options) {
     std::fprintf(stderr, "orbcef_host: %s; try --help\n", error.c_str());
     return host::kUsage;

@@ -11,6 +11,8 @@
 #include <thread>
 #include <vector>
 
+#include "Waker.h"
+
 namespace host {
 
 class MainThread {
@@ -19,7 +21,6 @@ class MainThread {
   using Task = std::function<void()>;
 
   MainThread();
-  ~MainThread();
   MainThread(const MainThread&) = delete;
   MainThread& operator=(const MainThread&) = delete;
 
@@ -32,11 +33,12 @@ class MainThread {
   // Takes no more tasks; those that wait still run in the next turn of the loop.
   void Close();
 
-  // Calls `pump` in each turn of the loop, and wakes the loop when `descriptor` can be read.
+  // Calls `pump` in each turn of the loop, and wakes the loop when `descriptor` can be read; -1 is
+  // no descriptor.
   void Watch(int descriptor, Task pump);
 
-  // Makes SIGINT and SIGTERM end the loop's waits and show in `Interrupted`. The engine resets
-  // signal handlers when it starts: call this again after its start.
+  // Makes an interrupt of the user end the loop's waits and show in `Interrupted`. The engine
+  // resets the handlers when it starts: call this again after its start.
   void CatchSignals();
   bool Interrupted() const;
 
@@ -53,7 +55,7 @@ class MainThread {
   };
 
   const std::thread::id _thread;
-  const int _wake;
+  Waker _waker;
   std::vector<Watched> _watched;
 
   std::mutex _mutex;

@@ -1,20 +1,18 @@
 #include "ModuleLoader.h"
 
-#include <dlfcn.h>
+#include "System.h"
 
 namespace host {
 
 ModuleLoader::Result ModuleLoader::Load(const std::string& root) {
-  _path = root + "/code/bin/libORBCefWrapperMT.so";
-  void* library = dlopen(_path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  _path = root + "/code/bin/" + kModuleFile;
+  void* library = OpenLibrary(_path, _error);
   if (!library) {
-    _error = dlerror();
     return Result::kModuleNotFound;
   }
   const auto factory =
-      reinterpret_cast<orbcef_pluginfactory_fn>(dlsym(library, ORBCEF_FACTORY_SYMBOL));
+      reinterpret_cast<orbcef_pluginfactory_fn>(FindSymbol(library, ORBCEF_FACTORY_SYMBOL, _error));
   if (!factory) {
-    _error = dlerror();
     return Result::kSymbolMissing;
   }
   _global = static_cast<orbcefglobal_c*>(

@@ -14,7 +14,7 @@ class ModuleLoader {
  public:
   enum class Result { kLoaded, kModuleNotFound, kSymbolMissing, kRefused };
 
-  // Loads "code/bin/libORBCefWrapperMT.so" below `root`.
+  // Loads the module from "code/bin" below `root`.
   Result Load(const std::string& root);
 
   // The module's table, null before it was loaded; lives as long as the process.

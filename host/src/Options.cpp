@@ -187,7 +187,7 @@ usage: orbcef_host [options]
   --ticket TEXT         the session's ticket: the view opens with it
   --help                this text
 
-Without a DISPLAY the host starts an Xvfb of its own.
+Without a DISPLAY the host starts an Xvfb of its own, where there are X servers at all.
 
 Exit status:
    0  the view was created, the page loaded and sent a string and, if it is the Welcome page,
@@ -197,7 +197,7 @@ Exit status:
    5  factory refused                 6  engine did not start: no view
    7  the page did not load           8  no string came from the page
    9  the answer was not acknowledged
-  10  no X display                   11  screenshot failed
+  10  no display                     11  screenshot failed
   12  the view did not close in time
 )";
 }

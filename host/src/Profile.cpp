@@ -1,54 +1,44 @@
 #include "Profile.h"
 
-#include <stdlib.h>
-
-#include <cstdlib>
 #include <filesystem>
 #include <system_error>
+
+#include "System.h"
 
 namespace host {
 
 namespace fs = std::filesystem;
 
 Profile::Profile(const std::string& directory) : _temporary(directory.empty()) {
-  std::error_code error;
-  if (!_temporary) {
-    fs::create_directories(directory, error);
-    if (fs::is_directory(directory, error)) {
-      _path = fs::absolute(directory, error).string();
-    }
+  if (_temporary) {
+    _path = MakeTemporaryDirectory();
     return;
   }
-  std::string name = (fs::temp_directory_path(error) / "orbcef_host.XXXXXX").string();
-  if (mkdtemp(name.data())) {
-    _path = name;
+  std::error_code error;
+  fs::create_directories(ToPath(directory), error);
+  if (fs::is_directory(ToPath(directory), error)) {
+    _path = ToText(fs::absolute(ToPath(directory), error));
   }
 }
 
 Profile::~Profile() {
   if (_temporary && !_path.empty()) {
     std::error_code error;
-    fs::remove_all(_path, error);
+    fs::remove_all(ToPath(_path), error);
   }
-}
-
-std::string ExecutableDirectory() {
-  std::error_code error;
-  return fs::read_symlink("/proc/self/exe", error).parent_path().string();
 }
 
 std::string FindRoot(const std::string& wanted) {
   std::string root = wanted;
   if (root.empty()) {
-    const char* install_path = std::getenv("ORBInstallPath");
-    root = install_path ? install_path : "";
+    root = ReadVariable("ORBInstallPath").value_or("");
     root = root.substr(0, root.find(';'));
   }
   if (root.empty()) {
-    root = (fs::path(ExecutableDirectory()).parent_path() / "root").string();
+    root = ToText(ToPath(ExecutableDirectory()).parent_path() / "root");
   }
   std::error_code error;
-  return fs::absolute(root, error).lexically_normal().string();
+  return ToText(fs::absolute(ToPath(root), error).lexically_normal());
 }
 
 }  // namespace host

@@ -27,7 +27,4 @@ class Profile {
 // the directory of this executable. Absolute.
 std::string FindRoot(const std::string& wanted);
 
-// The directory of this executable.
-std::string ExecutableDirectory();
-
 }  // namespace host

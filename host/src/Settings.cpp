@@ -30,6 +30,8 @@ void Settings::Closer::operator()(sqlite3* database) const {
 }
 
 Settings::Settings(const std::string& path) {
+  // Some builds of the library do not do this by themselves.
+  sqlite3_initialize();
   sqlite3* raw = nullptr;
   const int opened = sqlite3_open(path.c_str(), &raw);
   _database.reset(raw);

@@ -1,7 +1,6 @@
 #include "Tools.h"
 
 #include <charconv>
-#include <cstdlib>
 #include <filesystem>
 #include <optional>
 #include <string_view>
@@ -11,6 +10,7 @@
 #include "Json.h"
 #include "Languages.h"
 #include "Records.h"
+#include "System.h"
 
 namespace host {
 namespace {
@@ -44,11 +44,11 @@ struct Tools::Slots {
     // The copy keeps the text valid while another thread changes the environment.
     thread_local std::string value;
     const std::lock_guard<std::mutex> guard(g_tools->_environment_mutex);
-    const char* found = std::getenv(name);
+    const std::optional<std::string> found = ReadVariable(TextOrEmpty(name));
     if (!found) {
       return nullptr;
     }
-    value = found;
+    value = *found;
     return value.c_str();
   }
 
@@ -59,7 +59,7 @@ struct Tools::Slots {
       return -1;
     }
     const std::lock_guard<std::mutex> guard(g_tools->_environment_mutex);
-    return setenv(text.substr(0, equals).c_str(), text.c_str() + equals + 1, 1);
+    return WriteVariable(text.substr(0, equals), text.substr(equals + 1)) ? 0 : -1;
   }
 
   static const char* ComputeLang() { return LanguageName(g_tools->_locale); }
@@ -74,14 +74,14 @@ struct Tools::Slots {
   static orbcefstring_c* GetTempDirectory() {
     std::error_code error;
     const std::filesystem::path directory = std::filesystem::temp_directory_path(error);
-    return NewRecord(error ? "/tmp" : directory.string());
+    return NewRecord(error ? "." : ToText(directory));
   }
 
   static uint8_t CreateDirectory(orbcefstring_c* path) {
     std::error_code error;
-    const std::string text = TextOf(path);
-    std::filesystem::create_directories(text, error);
-    return std::filesystem::is_directory(text, error) ? 1 : 0;
+    const std::filesystem::path directory = ToPath(TextOf(path));
+    std::filesystem::create_directories(directory, error);
+    return std::filesystem::is_directory(directory, error) ? 1 : 0;
   }
 
   static uint8_t IsRecordCapture() { return GetRecordMode() == ORBCEF_RECORDMODE_CAPTURE ? 1 : 0; }
@@ -187,7 +187,7 @@ _orbceftools_c Tools::MakeTable() {
 Tools::Tools(MainThread& main_thread, Configuration configuration)
     : _main_thread(main_thread),
       _configuration(std::move(configuration)),
-      _locale(EnvironmentLocale()),
+      _locale(_configuration.locale),
       _settings(_configuration.profile + "/settings.sqlite"),
       _catalogue(_configuration.catalogues),
       _table(MakeTable()) {

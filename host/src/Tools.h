@@ -21,6 +21,8 @@ class Tools {
   struct Configuration {
     std::string profile;
     std::string catalogues;
+    // For instance "de_DE"; empty for none.
+    std::string locale;
     int release_level = 0;
     orbceftypes_recordmode record_mode = ORBCEF_RECORDMODE_NONE;
     // JSON text; empty for none.

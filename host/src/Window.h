@@ -1,13 +1,13 @@
-// The host's window: a plain X11 top-level window that the view becomes a child of. Main thread
-// only; `main` owns it.
+// The host's window: a plain top-level window that the view becomes a child of. Main thread only;
+// `main` owns it.
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "Png.h"
-
-struct _XDisplay;
 
 namespace host {
 
@@ -17,13 +17,13 @@ class Window {
     std::function<void(int width, int height)> on_resized;
     // The user asks for the window to be closed.
     std::function<void()> on_close_requested;
-    // A child of the window is gone.
-    std::function<void(unsigned long window)> on_child_destroyed;
+    // A view in the window is gone.
+    std::function<void(std::uintptr_t view)> on_view_gone;
     // The window got the keyboard focus.
     std::function<void()> on_focused;
   };
 
-  Window() = default;
+  Window();
   ~Window();
   Window(const Window&) = delete;
   Window& operator=(const Window&) = delete;
@@ -31,7 +31,8 @@ class Window {
   // Opens and shows the window. False if the display of the environment cannot be reached.
   bool Open(const std::string& title, int width, int height, Listener listener);
 
-  // The descriptor to wait on, and the reading of all events that have come.
+  // The descriptor to wait on, -1 where there is none, and the reading of all events that have
+  // come.
   int Descriptor() const;
   void Pump();
 
@@ -39,20 +40,19 @@ class Window {
   void* Handle() const;
 
   void SetTitle(const std::string& title);
-  void Focus(void* child);
+  void Focus(void* view);
+
+  // Is told before a view is closed, and does what the engine leaves to the window then. The
+  // listener hears of the end.
+  void ExpectEnd(void* view);
 
   // What the window shows; empty if it cannot be read.
   Picture Capture();
 
  private:
-  void Resize(int width, int height);
+  struct Native;
 
-  Listener _listener;
-  _XDisplay* _display = nullptr;
-  unsigned long _window = 0;
-  unsigned long _delete_atom = 0;
-  int _width = 0;
-  int _height = 0;
+  const std::unique_ptr<Native> _native;
 };
 
 }  // namespace host

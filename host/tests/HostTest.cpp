@@ -1,7 +1,6 @@
 // Tests of the host's own parts: what it tells the module, and what it takes from the user.
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <cstring>
 #include <filesystem>
@@ -20,6 +19,7 @@
 #include "Profile.h"
 #include "Records.h"
 #include "Settings.h"
+#include "System.h"
 #include "Tools.h"
 
 namespace host {
@@ -225,6 +225,17 @@ TEST(Png, WritesAFileWithItsSignature) {
   EXPECT_FALSE(WritePng(picture, "/nowhere/at/all/a.png"));
 }
 
+#if !defined(_WIN32)
+TEST(System, TheLocaleIsTheFirstVariableThatIsNotEmpty) {
+  WriteVariable("LC_ALL", "");
+  WriteVariable("LC_MESSAGES", "fr_FR.UTF-8");
+  WriteVariable("LANG", "de_DE.UTF-8");
+  EXPECT_EQ(UserLocale(), "fr_FR.UTF-8");
+  WriteVariable("LC_ALL", "en_GB.UTF-8");
+  EXPECT_EQ(UserLocale(), "en_GB.UTF-8");
+}
+#endif
+
 TEST(Profile, ATemporaryOneIsRemoved) {
   std::string path;
   {
@@ -238,15 +249,14 @@ TEST(Profile, ATemporaryOneIsRemoved) {
 class HostTools : public ::testing::Test {
  protected:
   HostTools() {
-    setenv("LC_ALL", "en_GB.UTF-8", 1);
     Tools::Configuration configuration;
     configuration.profile = _profile.Path();
     configuration.catalogues = HOST_CATALOGUE_DIRECTORY;
+    configuration.locale = "en_GB.UTF-8";
     configuration.record_mode = ORBCEF_RECORDMODE_CAPTURE;
     configuration.remap = {{"http://x/", "/tmp/x"}};
     _tools.emplace(_main_thread, configuration);
   }
-  ~HostTools() override { unsetenv("LC_ALL"); }
 
   _orbceftools_c& Table() { return *_tools->Table(); }
 
@@ -272,16 +282,15 @@ TEST_F(HostTools, TheMainThreadIsKnown) {
 TEST_F(HostTools, AVariableReachesTheProcess) {
   EXPECT_EQ(Table().get_env("ORBCEF_HOST_TEST"), nullptr);
   EXPECT_EQ(Table().put_env("ORBCEF_HOST_TEST=a=b"), 0);
-  EXPECT_STREQ(getenv("ORBCEF_HOST_TEST"), "a=b");
+  EXPECT_EQ(ReadVariable("ORBCEF_HOST_TEST"), "a=b");
   EXPECT_STREQ(Table().get_env("ORBCEF_HOST_TEST"), "a=b");
   EXPECT_EQ(Table().put_env("ORBCEF_HOST_TEST="), 0);
   EXPECT_STREQ(Table().get_env("ORBCEF_HOST_TEST"), "");
   EXPECT_NE(Table().put_env("no assignment"), 0);
   EXPECT_NE(Table().put_env("=value"), 0);
-  unsetenv("ORBCEF_HOST_TEST");
 }
 
-TEST_F(HostTools, LanguageComesFromTheEnvironmentAndTheSettings) {
+TEST_F(HostTools, LanguageComesFromTheLocaleAndTheSettings) {
   EXPECT_STREQ(Table().compute_lang(), "English");
   int32_t id = -1;
   EXPECT_EQ(Table().read_from_settings("FrameGeneral", "UserInterfaceLanguage", &id), 1);
