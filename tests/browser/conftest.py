@@ -12,6 +12,7 @@ import signal
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 from pathlib import Path
 
@@ -21,7 +22,8 @@ REPOSITORY = Path(__file__).resolve().parent.parent.parent
 sys.path.insert(0, str(REPOSITORY / "host" / "python"))
 sys.path.insert(0, str(Path(__file__).resolve().parent))
 
-from harness import Host, Server, descendants, scaled  # noqa: E402
+import targets  # noqa: E402
+from harness import Host, Server, scaled  # noqa: E402
 
 LIMIT_SECONDS = 40
 
@@ -61,30 +63,32 @@ def pytest_collection_modifyitems(config, items):
 
 
 def child_environment(item, profile):
+    profile = targets.inside(profile)
     environment = dict(os.environ, ORBTemp=profile, ORBCEF_TEST_PROFILE=profile)
-    environment["ORBInstallPath"] = f"{Host.ROOT};{Host.PAGES}"
+    environment["ORBInstallPath"] = f"{targets.inside(Host.ROOT)};{targets.inside(Host.PAGES)}"
     for marker in reversed(list(item.iter_markers("environment"))):
         environment.update({k: v.replace("{profile}", profile) for k, v in marker.kwargs.items()})
-    return environment
+    return targets.environment(environment)
 
 
 def run_in_child(item):
     folder = tempfile.mkdtemp(prefix="orbcef-test-")
     profile = os.path.join(folder, "profile")
     os.mkdir(profile)
-    command = [sys.executable, "-m", "pytest", "-q", "--browser-child", "-p", "no:cacheprovider", "-p", "no:xdist",
-               "--tb=short", "-rs", f"{item.path}::{item.name}"]
-    output = os.path.join(folder, "output.txt")
+    command = [*targets.python(), "-m", "pytest", "-q", "--browser-child", "-p", "no:cacheprovider", "-p", "no:xdist",
+               "--tb=short", "-rs", f"--rootdir={targets.inside(item.path.parent)}",
+               f"{targets.inside(item.path)}::{item.name}"]
     try:
-        with open(output, "wb") as file:
-            child = subprocess.Popen(command, env=child_environment(item, profile), stdin=subprocess.DEVNULL,
-                                     stdout=file, stderr=subprocess.STDOUT, cwd=folder, start_new_session=True)
-            try:
-                status = child.wait(scaled(LIMIT_SECONDS))
-            except subprocess.TimeoutExpired:
-                status = None
-            left = end_group(child)
-        text = Path(output).read_text(errors="replace")
+        # A pipe: wine tells Python nothing of a file that it should write to.
+        child = subprocess.Popen(command, env=child_environment(item, profile), stdin=subprocess.DEVNULL,
+                                 stdout=subprocess.PIPE, stderr=subprocess.STDOUT, cwd=folder, start_new_session=True)
+        output = Output(child.stdout)
+        try:
+            status = child.wait(scaled(LIMIT_SECONDS))
+        except subprocess.TimeoutExpired:
+            status = None
+        left = end_group(child)
+        text = output.text()
         if status == 0 and " skipped" in text.splitlines()[-1]:
             pytest.skip(next(line for line in text.splitlines() if line.startswith("SKIPPED")))
         if status != 0:
@@ -96,10 +100,31 @@ def run_in_child(item):
         shutil.rmtree(folder, ignore_errors=True)
 
 
+class Output:
+    """Reads what a process and its own processes write, so that none of them waits for a reader."""
+
+    def __init__(self, stream):
+        self._stream = stream
+        self._parts = []
+        self._thread = threading.Thread(target=self._read, daemon=True)
+        self._thread.start()
+
+    def _read(self):
+        while part := self._stream.read1(1 << 16):
+            self._parts.append(part)
+
+    def text(self):
+        """What came up to the end of the last process; less if one does not end."""
+        self._thread.join(scaled(5))
+        return b"".join(self._parts).decode(errors="replace")
+
+
 def end_group(child):
     """Ends what is left of the child's session, and tells what that was, after a moment for the engine's own end."""
+    from processes import session_members
+
     deadline = time.monotonic() + scaled(5)
-    while (left := descendants(session=child.pid)) and time.monotonic() < deadline:
+    while (left := session_members(child.pid)) and time.monotonic() < deadline:
         # The system tells no event for the end of processes that are not this one's children.
         time.sleep(0.02)
     if left:

@@ -1,4 +1,4 @@
-"""What a browser test talks to: a host in this process, loopback servers, and a look at the process table."""
+"""What a browser test talks to: a host in this process, and loopback servers."""
 
 import http.server
 import os
@@ -7,32 +7,16 @@ import time
 from pathlib import Path
 
 import orbcef
+import targets
 from orbcef import LoadingStateChanged, StringsReceived, scaled
-
-REPOSITORY = Path(__file__).resolve().parent.parent.parent
-
-
-def descendants(session=None, parent=None):
-    """(pid, command line) of the living processes of a session, or of a process's children."""
-    found = []
-    for entry in Path("/proc").iterdir():
-        if not entry.name.isdigit():
-            continue
-        try:
-            fields = (entry / "stat").read_text().rpartition(")")[2].split()
-            command = (entry / "cmdline").read_bytes().replace(b"\0", b" ").decode(errors="replace")
-        except OSError:
-            continue  # It ended in between.
-        state, ppid, pid_session = fields[0], int(fields[1]), int(fields[3])
-        if state not in "ZX" and (pid_session == session or (parent is not None and ppid == parent)):
-            found.append((int(entry.name), command.strip()[:200]))
-    return found
+from processes import children, open_files
+from targets import REPOSITORY  # noqa: F401
 
 
 def wait_for_no_children(seconds=5.0):
     """What is left of this process's children once they had time for an end of their own."""
     deadline = time.monotonic() + scaled(seconds)
-    while (left := descendants(parent=os.getpid())) and time.monotonic() < deadline:
+    while (left := children(os.getpid())) and time.monotonic() < deadline:
         # The engine reaps its own children, so a wait for their end must look again and again.
         time.sleep(0.02)
     return left
@@ -77,8 +61,8 @@ def close_in_window(host, view, window):
 class Host:
     """A Python host with a loaded module. `finish` proves that nothing is left."""
 
-    ROOT = REPOSITORY / "build" / "linux-x64" / "root"
-    PAGES = REPOSITORY / "tests" / "browser" / "pages"
+    ROOT = targets.ROOT
+    PAGES = targets.PAGES
 
     def __init__(self):
         self.main = orbcef.MainThread()
@@ -107,19 +91,11 @@ class Host:
 
     @classmethod
     def open_files(cls):
-        """Descriptors of files of the installation or the profile. The engine's own cache is the engine's affair."""
-        profile = os.environ["ORBCEF_TEST_PROFILE"]
-        ours = (f"{cls.ROOT}/webapps", f"{cls.ROOT}/resources", str(cls.PAGES), profile)
-        not_ours = (f"{profile}/WebCache", f"{profile}/cef_client_debug.log")
-        files = []
-        for descriptor in Path("/proc/self/fd").iterdir():
-            try:
-                target = os.readlink(descriptor)
-            except OSError:
-                continue  # The descriptor of this very listing.
-            if target.startswith(ours) and not target.startswith(not_ours):
-                files.append(target)
-        return files
+        """Open files of the installation or the profile. The engine's own cache is the engine's affair."""
+        profile = Path(os.environ["ORBCEF_TEST_PROFILE"])
+        not_ours = (str(profile / "WebCache"), str(profile / "cef_client_debug.log"))
+        found = open_files(profile, (cls.ROOT / "webapps", cls.ROOT / "resources", cls.PAGES))
+        return [name for name in found if not name.startswith(not_ours)]
 
 
 class Server:

@@ -3,12 +3,12 @@
 import json
 import os
 import shutil
-import signal
 
 import orbcef
 import pytest
-from harness import Host, close_in_window, descendants
+from harness import Host, close_in_window
 from orbcef import StringsReceived
+from processes import children, kill_process
 
 PLAIN = "xortv://webapps/Test/plain.html"
 
@@ -25,7 +25,7 @@ def log_text(profile):
 def test_create_without_a_rectangle_makes_no_browser(host):
     events = orbcef.Events(host.main)
     view = host.module.create_view(events, None, PLAIN)
-    window = orbcef.X11Window(host.main, 300, 200)
+    window = orbcef.Window(host.main, 300, 200)
     view.create(window.handle, None, PLAIN)
     # A second view proves that the engine has had its turn.
     host.open_view(PLAIN)
@@ -58,7 +58,7 @@ def test_a_start_url_that_does_not_parse_leaves_a_usable_view(host, url):
 
 def test_a_view_without_tables_works_in_silence(host):
     view = host.module.create_view(None, None, None)
-    window = orbcef.X11Window(host.main, 300, 200)
+    window = orbcef.Window(host.main, 300, 200)
     view.create(window.handle, (0, 0, 300, 200), PLAIN)
     assert host.main.run_until(lambda: bool(view.window))
     close_in_window(host, view, window)
@@ -138,7 +138,7 @@ def test_without_a_helper_the_engine_is_not_started_and_the_host_lives(profile, 
     host = Host()
     events = orbcef.Events(host.main)
     view = host.module.create_view(events, None, PLAIN)
-    window = orbcef.X11Window(host.main, 300, 200)
+    window = orbcef.Window(host.main, 300, 200)
     view.create(window.handle, (0, 0, 300, 200), PLAIN)
     view.execute_javascript("1")
     assert view.window is None and events.everything() == []
@@ -253,12 +253,12 @@ def test_a_refused_method_is_logged(host, profile):
 
 def test_a_killed_renderer_leaves_the_process_and_the_other_views_alive(open_view):
     other = open_view("xortv://webapps/Test/echo.html")
-    before = {pid for pid, command in descendants(parent=os.getpid()) if "--type=renderer" in command}
+    before = {pid for pid, command in children(os.getpid()) if "--type=renderer" in command}
     page = open_view("data:text/html,<title>doomed</title>")
-    renderers = {pid for pid, command in descendants(parent=os.getpid()) if "--type=renderer" in command} - before
+    renderers = {pid for pid, command in children(os.getpid()) if "--type=renderer" in command} - before
     assert renderers
     for pid in renderers:
-        os.kill(pid, signal.SIGKILL)
+        kill_process(pid)
     other.view.execute_javascript("xocef.receive('alive')")
     other.wait_strings("echo", "alive")
     assert page.view.window

@@ -40,7 +40,7 @@ def use(root):
     module.init_engine()
     events = orbcef.Events(main)
     view = module.create_view(events, None, PLAIN)
-    window = orbcef.X11Window(main, 100, 100)
+    window = orbcef.Window(main, 100, 100)
     view.create(window.handle, (0, 0, 100, 100), PLAIN)
     view.load_url(PLAIN)
     view.execute_javascript("1")

@@ -38,7 +38,7 @@ def test_the_minimal_host_opens_and_closes_on_a_relative_root(tmp_path):
         windows = subprocess.run(["xdotool", "search", "--name", "^orbcef_minimal_host$"], capture_output=True,
                                  text=True, check=True).stdout.split()
         assert len(windows) == 1
-        messenger = orbcef.X11Window(orbcef.MainThread(), 1, 1)
+        messenger = orbcef.Window(orbcef.MainThread(), 1, 1)
         messenger.ask_to_close(int(windows[0]))
         messenger.close()
         assert host.wait(scaled(15)) == 0

@@ -66,7 +66,7 @@ def test_a_second_start_is_refused_and_views_stay_without_a_browser(host):
     host.module.shutdown_engine()
     events = orbcef.Events(host.main)
     view = host.module.create_view(events, None, PLAIN)
-    window = orbcef.X11Window(host.main, 100, 100)
+    window = orbcef.Window(host.main, 100, 100)
     view.create(window.handle, (0, 0, 100, 100), PLAIN)
     assert view.window is None and events.everything() == []
     view.close(True)
@@ -114,7 +114,7 @@ import orbcef
 URL = {url!r}
 main = orbcef.MainThread()
 module = orbcef.Module({root!r}, orbcef.Tools(main, temp_directory={profile!r}))
-window = orbcef.X11Window(main, 100, 100)
+window = orbcef.Window(main, 100, 100)
 events = orbcef.Events(main)
 view = module.create_view(events, None, "")
 def wait_loaded():

@@ -4,8 +4,10 @@ import os
 import threading
 
 import orbcef
+import targets
 from orbcef import (AddressChanged, LoadingStateChanged, StateChanged, StringsReceived, TitleChanged,
                     V8Context)
+from processes import children
 
 PLAIN = "xortv://webapps/Test/plain.html"
 ECHO = "xortv://webapps/Test/echo.html"
@@ -125,8 +127,7 @@ def test_the_console_comes_when_asked_for(open_view):
 
 
 def test_the_helper_is_the_only_sub_process(open_view):
-    from harness import descendants
-
     open_view(PLAIN)
-    commands = [command for _, command in descendants(parent=os.getpid())]
-    assert commands and all("/code/bin/7XOWebHelper" in command.split()[0] for command in commands)
+    helper = str(targets.ROOT / "code" / "bin" / targets.HELPER_FILE)
+    commands = [command.lstrip('"') for _, command in children(os.getpid())]
+    assert commands and all(command.startswith(helper) for command in commands)

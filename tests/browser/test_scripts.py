@@ -17,7 +17,7 @@ def test_scripts_given_before_the_browser_exists_run_after_the_first_load(host):
     events = orbcef.Events(host.main)
     view = host.module.create_view(events, None, PLAIN)
     view.execute_javascript("xocef.sendString('early')")
-    window = orbcef.X11Window(host.main, 300, 200)
+    window = orbcef.Window(host.main, 300, 200)
     view.create(window.handle, (0, 0, 300, 200), PLAIN)
     events.wait_for_kind(StringsReceived, strings=("early",))
     loaded = events.everything().index(LoadingStateChanged(is_loading=False, url=PLAIN))

@@ -1,5 +1,7 @@
 """A Python host for the module ORBCefWrapperMT; see README.md."""
 
+import sys
+
 from ._callbacks import alive_tables
 from .events import (
     STATE_CREATED,
@@ -44,9 +46,12 @@ from .view import (
     ReplayResult,
     View,
 )
+from .window import Window
 from .windowed import WindowedView
-from .x11 import X11Window
 from .xvfb import Xvfb
+
+if sys.platform != "win32":
+    from .x11 import X11Window  # noqa: F401
 
 __all__ = [
     "HTTP_CANCELLED",
@@ -76,7 +81,6 @@ __all__ = [
     "HttpListener",
     "HttpRequest",
     "LoadingStateChanged",
-    "LoadingStateChanged",
     "MainThread",
     "Module",
     "RecordData",
@@ -90,8 +94,8 @@ __all__ = [
     "Tools",
     "V8Context",
     "View",
+    "Window",
     "WindowedView",
-    "X11Window",
     "Xvfb",
     "ZoomChanged",
     "alive_tables",

@@ -6,9 +6,10 @@ import collections
 import os
 import select
 import socket
+import sys
 import threading
 import time
-from typing import Callable, Optional
+from typing import Any, Callable, Optional
 
 Task = Callable[[], None]
 
@@ -16,6 +17,42 @@ Task = Callable[[], None]
 def scaled(seconds: float) -> float:
     """A limit times ``ORBCEF_TIMEOUT_FACTOR``, for slow machines."""
     return seconds * float(os.environ.get("ORBCEF_TIMEOUT_FACTOR", "1"))
+
+
+class _DescriptorWaiter:
+    """How the main thread waits: for descriptors, and for ``wake`` on any thread."""
+
+    def __init__(self) -> None:
+        self._reader, self._writer = socket.socketpair()
+        self._reader.setblocking(False)
+        self._writer.setblocking(False)
+
+    def wake(self) -> None:
+        try:
+            self._writer.send(b"\0")
+        except (BlockingIOError, OSError):
+            pass  # A full buffer wakes the reader as well.
+
+    def wait(self, limit: Optional[float], descriptors: list[int]) -> None:
+        reader = self._reader.fileno()
+        ready, _, _ = select.select([reader, *descriptors], [], [], limit)
+        if reader in ready:
+            try:
+                while self._reader.recv(4096):
+                    pass
+            except BlockingIOError:
+                pass
+
+    def pump(self) -> None:
+        """Nothing comes but by descriptors."""
+
+
+def _make_waiter() -> Any:
+    if sys.platform == "win32":
+        from .win32 import MessageWaiter
+
+        return MessageWaiter()
+    return _DescriptorWaiter()
 
 
 class MainThread:
@@ -29,9 +66,7 @@ class MainThread:
         self._lock = threading.Lock()
         self._tasks: collections.deque[Task] = collections.deque()
         self._closed = False
-        self._reader, self._writer = socket.socketpair()
-        self._reader.setblocking(False)
-        self._writer.setblocking(False)
+        self._waiter = _make_waiter()
         self._pumps: dict[int, Task] = {}
 
     def is_current(self) -> bool:
@@ -54,10 +89,7 @@ class MainThread:
 
     def wake(self) -> None:
         """Ends the wait of ``run_until``, which then asks its predicate again."""
-        try:
-            self._writer.send(b"\0")
-        except (BlockingIOError, OSError):
-            pass  # A full buffer wakes the reader as well.
+        self._waiter.wake()
 
     def watch(self, descriptor: int, pump: Task) -> None:
         """Calls ``pump`` in each turn, and when ``descriptor`` can be read."""
@@ -68,6 +100,7 @@ class MainThread:
 
     def run_pending(self) -> None:
         """Runs all pumps and the tasks that wait now."""
+        self._waiter.pump()
         for pump in list(self._pumps.values()):
             pump()
         with self._lock:
@@ -87,14 +120,4 @@ class MainThread:
             left = deadline - time.monotonic()
             if left <= 0:
                 return False
-            self._wait(left)
-
-    def _wait(self, limit: Optional[float]) -> None:
-        reader = self._reader.fileno()
-        ready, _, _ = select.select([reader, *self._pumps], [], [], limit)
-        if reader in ready:
-            try:
-                while self._reader.recv(4096):
-                    pass
-            except BlockingIOError:
-                pass
+            self._waiter.wait(left, list(self._pumps))

@@ -1,4 +1,4 @@
-"""A view in an X11 window of its own, opened and closed in the right order."""
+"""A view in a window of its own, opened and closed in the right order."""
 
 from __future__ import annotations
 
@@ -10,7 +10,7 @@ from .module import Module
 from .records import TextLike
 from .session import Session
 from .view import View
-from .x11 import X11Window
+from .window import Window
 
 
 class WindowedView:
@@ -37,7 +37,7 @@ class WindowedView:
         self._main_thread = module.tools.main_thread
         self._closed = False
         self.events = events or Events(self._main_thread)
-        self.window = X11Window(self._main_thread, width, height)
+        self.window = Window(self._main_thread, width, height)
         self.view = module.create_view(self.events, session, url if home_url is None else home_url)
         self.configure(self.view)
         self.view.create(self.window.handle, (0, 0, width, height), url)
@@ -62,7 +62,7 @@ class WindowedView:
         self.close()
 
     def close(self, timeout: float = 10.0) -> bool:
-        """Closes the view, waits until the engine has destroyed its window, and then the own one.
+        """Closes the view, waits until the engine lets its window go, and destroys the own one.
 
         ``False`` if the engine did not end its side in time.
         """
@@ -73,7 +73,7 @@ class WindowedView:
         self.view.close(True)
         self.view.release()
         gone = child is None or self._main_thread.run_until(
-            lambda: child in self.window.destroyed, timeout
+            lambda: self.window.lets_go_of(child), timeout
         )
         self.window.close()
         self.events.drop()

@@ -189,6 +189,10 @@ class X11Window:
         _x11.XSendEvent(self._display, event.client.window, 0, 0, byref(event))
         _x11.XSync(self._display, 0)
 
+    def lets_go_of(self, view: int) -> bool:
+        """Whether the engine has ended a view in this window that was closed: its window is gone."""
+        return view in self.destroyed
+
     def destroy(self) -> None:
         """Destroys the window and what is in it; the connection stays for its last events."""
         if self._exists:
