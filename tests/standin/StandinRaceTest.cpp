@@ -206,6 +206,40 @@ TEST(StandinRaceTest, ManyViewsLiveAtOnce) {
   });
 }
 
+TEST(StandinRaceTest, ASchemeTableThatComesLateIsReadWhileItIsAskedFor) {
+  InOwnProcess([] {
+    Host host;
+    Events events;
+    orbcefbrowser_c* const view = host.NewView(events);
+    host.Open(view);
+    std::atomic<bool> is_asked{false};
+    std::atomic<bool> is_allowed{false};
+    std::thread engine([&] {
+      while (!is_allowed) {
+        Callback call("CefResourceRequestHandler::OnProtocolExecution", TID_IO);
+        call.Text(0, "tel:112").Play();
+        is_allowed = call.outs[0] != 0;
+        is_asked = true;
+      }
+    });
+    while (!is_asked) {
+      std::this_thread::yield();
+    }
+    // Long enough to be asked for while it is being read.
+    std::string schemes;
+    for (int i = 0; i < 2000; ++i) {
+      schemes += "<value>x" + std::to_string(i) + "</value><description>d</description>";
+    }
+    host.root.Write("resources/ORBCefRsc/uri-schemes.xml",
+                    "<r>" + schemes + "<value>tel</value><description>Phone</description></r>");
+    Events others;
+    orbcefbrowser_c* const other = host.NewView(others);
+    engine.join();
+    other->release(other);
+    host.CloseAndRelease(view);
+  });
+}
+
 TEST(StandinRaceTest, AnEngineThatTakesNoTaskDropsWhatItIsGiven) {
   InOwnProcess([] {
     Host host;

@@ -2,8 +2,9 @@
 // extension, and the URI schemes that may be handed to the operating system. Each is read once in
 // a process and then only looked at.
 //
-// The extension table is filled on the engine's IO thread, the scheme table on the thread that
-// makes the first view; neither has a lock. Both belong to the process.
+// The extension table is filled and read on the engine's IO thread. The scheme table is read in on
+// the thread that makes the first view, or a later one if there was nothing to read yet; any thread
+// may look at it meanwhile. Neither has a lock. Both belong to the process.
 #ifndef ORBCEFRESOURCETABLES_H
 #define ORBCEFRESOURCETABLES_H
 

@@ -1,5 +1,8 @@
 #include "ORBCefResourceTables.h"
 
+#include <atomic>
+#include <memory>
+
 #include "ORBCefToolsWrapperMT.h"
 #include "include/cef_stream.h"
 
@@ -7,14 +10,18 @@ namespace ORBCefResourceTables {
 
 namespace {
 
-// Both tables stay for the process's life: the engine's threads may read them to its end.
+// Both tables stay for the process's life: the engine's threads may read them to its end. This one
+// is filled and read on the engine's IO thread.
 MimeTypeMap& MimeTypes() {
   static MimeTypeMap& types = *new MimeTypeMap();
   return types;
 }
 
-UriSchemeMap& UriSchemes() {
-  static UriSchemeMap& schemes = *new UriSchemeMap();
+// Filled on the host's main thread while the engine's IO thread may be reading, so a table is never
+// changed: the next one takes its place.
+std::atomic<const UriSchemeMap*>& UriSchemes() {
+  static const UriSchemeMap& none = *new UriSchemeMap();
+  static std::atomic<const UriSchemeMap*> schemes{&none};
   return schemes;
 }
 
@@ -73,10 +80,16 @@ void LoadMimeTypes() {
 }
 
 void LoadUriSchemes() {
-  if (!UriSchemes().empty())
+  if (!UriSchemeTable().empty())
     return;
-  if (CefRefPtr<CefXmlReader> reader = OpenResourceXml(kUriSchemesFile))
-    ReadUriSchemes(reader, UriSchemes());
+  CefRefPtr<CefXmlReader> reader = OpenResourceXml(kUriSchemesFile);
+  if (!reader)
+    return;
+  auto schemes = std::make_unique<UriSchemeMap>();
+  ReadUriSchemes(reader, *schemes);
+  // An empty table is the one that there was.
+  if (!schemes->empty())
+    UriSchemes().store(schemes.release(), std::memory_order_release);
 }
 
 std::string MimeTypeForExtension(const std::string& extension) {
@@ -87,7 +100,7 @@ std::string MimeTypeForExtension(const std::string& extension) {
 }
 
 const UriSchemeMap& UriSchemeTable() {
-  return UriSchemes();
+  return *UriSchemes().load(std::memory_order_acquire);
 }
 
 }  // namespace ORBCefResourceTables
