@@ -182,6 +182,22 @@ TEST(StandinRaceTest, TheHostMayCallBackFromItsEvents) {
   });
 }
 
+TEST(StandinRaceTest, TheHostMayCloseAViewFromItsFirstEvent) {
+  InOwnProcess([] {
+    Host host;
+    Events events;
+    orbcefbrowser_c* const view = host.NewView(events);
+    events.on_line = [&](const std::string&) { view->close(view, 1); };
+    view->create(view, nullptr, kRect, Text("about:blank"));
+    EXPECT_TRUE(control::Wait("closed"));
+    EXPECT_THAT(events.Lines(), testing::ElementsAre("state 1"));
+    EXPECT_EQ(events.References(), 0);
+    view->release(view);
+    host.Shutdown();
+    EXPECT_EQ(control::Living(), 0);
+  });
+}
+
 TEST(StandinRaceTest, ManyViewsLiveAtOnce) {
   InOwnProcess([] {
     Host host;

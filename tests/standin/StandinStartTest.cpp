@@ -263,6 +263,22 @@ TEST(StandinStartTest, AShutdownWaitsForAnEngineThatIsStillComingUp) {
   });
 }
 
+TEST(StandinStartTest, AProcessThatIsNoSubprocessIsRefused) {
+  InOwnProcess([] {
+    Host host;
+    EXPECT_EQ(host.table->execute_subprocess(host.table, 0, nullptr), -1);
+    EXPECT_EQ(control::Count("sub_process"), 0);
+  });
+}
+
+TEST(StandinStartTest, WithoutACommandLineASubprocessFails) {
+  InOwnProcess([] {
+    Host host;
+    control::Fail("command_line", -1);
+    EXPECT_NE(host.table->execute_subprocess(host.table, 0, nullptr), 0);
+  });
+}
+
 TEST(StandinCommandLineTest, TheBrowserProcessGetsItsSwitches) {
   InOwnProcess([] {
     Host host;
