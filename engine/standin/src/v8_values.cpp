@@ -20,7 +20,29 @@ enum class Kind { kUndefined, kNull, kBool, kInt, kDouble, kString, kObject, kAr
 
 using Values = std::vector<CefRefPtr<CefV8Value>>;
 
-class StandinV8Value : public engine_neutral::NeutralV8Value {
+// A promise, in the version that has them, is an object that can be settled once.
+#if CEF_VERSION_MAJOR >= 108
+class MaybePromise : public engine_neutral::NeutralV8Value {
+ public:
+  bool IsPromise() override { return _is_promise; }
+  bool ResolvePromise(CefRefPtr<CefV8Value> arg) override {
+    Note("promise", "resolved " + DescribeScriptValue(arg));
+    return std::exchange(_is_promise, false);
+  }
+  bool RejectPromise(const CefString& errorMsg) override {
+    Note("promise", "rejected " + errorMsg.ToString());
+    return std::exchange(_is_promise, false);
+  }
+  void BecomePromise() { _is_promise = true; }
+
+ private:
+  bool _is_promise = false;
+};
+#else
+using MaybePromise = engine_neutral::NeutralV8Value;
+#endif
+
+class StandinV8Value : public MaybePromise {
  public:
   explicit StandinV8Value(Kind kind) : _kind(kind) {}
   explicit StandinV8Value(double number, Kind kind) : _kind(kind), _number(number) {}
@@ -114,27 +136,9 @@ class StandinV8Value : public engine_neutral::NeutralV8Value {
     context->Exit();
     return result;
   }
-#if CEF_VERSION_MAJOR >= 108
-  bool IsPromise() override {
-    return _is_promise;
-  }
-  bool ResolvePromise(CefRefPtr<CefV8Value> arg) override {
-    Note("promise", "resolved " + DescribeScriptValue(arg));
-    return std::exchange(_is_promise, false);
-  }
-  bool RejectPromise(const CefString& errorMsg) override {
-    Note("promise", "rejected " + errorMsg.ToString());
-    return std::exchange(_is_promise, false);
-  }
-#endif
-  void BecomePromise() {
-    _is_promise = true;
-  }
 
  private:
-  bool IsNumber() const {
-    return _kind == Kind::kInt || _kind == Kind::kDouble;
-  }
+  bool IsNumber() const { return _kind == Kind::kInt || _kind == Kind::kDouble; }
   bool IsInRange() const {
     return _number >= std::numeric_limits<int32>::min() &&
            _number <= std::numeric_limits<int32>::max();
@@ -147,7 +151,6 @@ class StandinV8Value : public engine_neutral::NeutralV8Value {
   std::map<std::string, CefRefPtr<CefV8Value>> _members;
   Values _items;
   CefRefPtr<CefBaseRefCounted> _user_data;
-  bool _is_promise = false;
 
   STANDIN_OBJECT(StandinV8Value);
 };
