@@ -38,6 +38,12 @@ CHECKS = (
 # What the user's shell may have set for a host must not reach the tests.
 HOST_VARIABLES = ("ORBCEF_", "ORBInstallPath", "ORBTemp", "ORBHUB", "QVL_RIG_", "PATH_TEST")
 
+# Of the browser tests, the ones that a page's messages and scripts pass through.
+ROAD = tuple(
+    f"tests/browser/test_{name}.py"
+    for name in ("road", "overview", "bindings", "natives", "promises", "scripts", "session")
+)
+
 Suite = Callable[[list[str]], Counts]
 
 
@@ -51,12 +57,12 @@ class Program:
     seconds: float = PROGRAM_SECONDS
 
 
-def run_pytest(name: str, *folders: str, options: tuple[str, ...] = ()) -> Suite:
+def run_pytest(name: str, *places: str, options: tuple[str, ...] = ()) -> Suite:
     def run(arguments: list[str]) -> Counts:
         report = _fresh_report(f"{name}.xml")
-        places = [folder for folder in folders if (SOURCE_ROOT / folder).is_dir()]
-        if len(places) != len(folders):
-            return _failure(f"there is no {' or no '.join(set(folders) - set(places))}")
+        missing = [place for place in places if not (SOURCE_ROOT / place).exists()]
+        if missing:
+            return _failure(f"there is no {' or no '.join(missing)}")
         command = [sys.executable, "-m", "pytest", "-q", "-rs", f"--junitxml={report}"]
         command += ["-o", f"cache_dir={BUILD / 'pytest-cache'}", f"--timeout={TEST_SECONDS}"]
         status = _run([*command, *options, *places, *arguments])
@@ -65,18 +71,21 @@ def run_pytest(name: str, *folders: str, options: tuple[str, ...] = ()) -> Suite
     return run
 
 
-def run_unit(arguments: list[str]) -> Counts:
-    total = Counts()
-    for program in _programs("unit"):
-        report = _fresh_report(f"{program.name}.xml")
-        # The drive makes it an absolute name for a program for Windows.
-        drive = "Z:" if BUILD.name == WINDOWS else ""
-        options = [f"--gtest_output=xml:{drive}{report}", "--gtest_brief=1", *arguments]
-        status = _run_program(program, options).returncode
-        counts = test_results.with_exit_status(test_results.from_junit(report), status)
-        _tell(program.name, counts)
-        total += counts
-    return total
+def run_programs(suite: str) -> Suite:
+    """The programs of GoogleTest that the build registered under the suite's name."""
+
+    def run(arguments: list[str]) -> Counts:
+        total = Counts()
+        for program in _programs(suite):
+            report = _fresh_report(f"{program.name}.xml")
+            options = [f"--gtest_output=xml:{report}", "--gtest_brief=1", *arguments]
+            status = _run_program(program, options).returncode
+            counts = test_results.with_exit_status(test_results.from_junit(report), status)
+            _tell(program.name, counts)
+            total += counts
+        return total
+
+    return run
 
 
 def run_abi(arguments: list[str]) -> Counts:
@@ -117,17 +126,27 @@ SUITES: dict[str, Suite] = {
     "check": run_checks,
     "tools": run_pytest("tools", "tests/tools", "engine/generator/tests"),
     "abi": run_abi,
-    "unit": run_unit,
+    "unit": run_programs("unit"),
     "script": run_script,
     # Two workers for two cores: the engine's own processes are what costs.
     "browser": run_pytest("browser", "tests/browser", options=("-n", "2")),
+    "road": run_pytest("road", *ROAD, options=("-n", "2")),
+    "standin": run_programs("standin"),
 }
 
 
 HOME = "linux-x64"
 WINDOWS = "windows-x64"
-# What a target does not name is the same on every target, or is the other's affair.
-TARGETS: dict[str, tuple[str, ...] | None] = {HOME: None, WINDOWS: ("abi", "unit", "browser")}
+# What a target does not name is the same on every target, or is another's affair. The build for
+# this machine has them all, but leaves to the sanitizers what only they are there for.
+SANITIZED = ("standin", "road")
+TARGETS: dict[str, tuple[str, ...] | None] = {
+    HOME: None,
+    WINDOWS: ("abi", "unit", "browser"),
+    "linux-x64-asan": ("standin",),
+    "linux-x64-tsan": ("standin",),
+    "linux-x64-ubsan": ("unit", "road"),
+}
 
 
 @contextlib.contextmanager
@@ -141,7 +160,7 @@ def use_target(target: str) -> Iterator[None]:
     BUILD = BUILD.with_name(target)
     REPORTS = BUILD / "test-reports"
     try:
-        with wine_prefix() as wine_variables:
+        with wine_prefix() if target == WINDOWS else contextlib.nullcontext({}) as wine_variables:
             os.environ.update(wine_variables, ORBCEF_TEST_TARGET=target)
             yield
     finally:
@@ -153,7 +172,8 @@ def use_target(target: str) -> Iterator[None]:
 def run_target(target: str, names: list[str], arguments: list[str]) -> Counts:
     total = Counts()
     own = TARGETS[target]
-    wanted = [name for name in names or SUITES if own is None or name in own]
+    every = [name for name in SUITES if own or name not in SANITIZED]
+    wanted = [name for name in names or every if own is None or name in own]
     if not wanted:
         return _failure(f"{target} has no suite {' and no '.join(names)}")
     try:

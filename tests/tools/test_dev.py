@@ -262,10 +262,21 @@ def test_verbs_that_hand_over(machine, tree, arguments, script, passed):
 def test_test_alone_builds_and_tests_every_target(machine, tree):
     assert machine.dev("test").returncode == 0
     calls = machine.calls()
-    assert starting(calls, "ninja") == [
-        f"ninja -C {tree.root}/build/{target}" for target in ("linux-x64", "windows-x64")
-    ]
-    assert calls[-1] == f"python3 {tree.root}/tools/run_tests.py linux-x64 windows-x64"
+    built = ("linux-x64", "windows-x64", "linux-x64-asan standin_tests",
+             "linux-x64-tsan standin_tests", "linux-x64-ubsan")
+    assert starting(calls, "ninja") == [f"ninja -C {tree.root}/build/{name}" for name in built]
+    targets = " ".join(name.split()[0] for name in built)
+    assert calls[-1] == f"python3 {tree.root}/tools/run_tests.py {targets}"
+
+
+def test_the_sanitizers_have_builds_of_their_own_on_the_same_engine(machine, tree):
+    for name, sanitizer in (("asan", "address"), ("tsan", "thread"), ("ubsan", "undefined")):
+        assert machine.dev("build", f"linux-x64-{name}").returncode == 0
+        calls = machine.calls()
+        (configured,) = starting(calls, "cmake")
+        assert f"-B {tree.root}/build/linux-x64-{name} " in configured
+        assert f"-DORBCEF_SANITIZE={sanitizer}" in configured
+        assert any("fetch_engine.py --target linux-x64 " in call for call in calls)
 
 
 def test_test_of_windows_alone_leaves_the_other_build_alone(machine, tree):

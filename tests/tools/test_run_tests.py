@@ -80,6 +80,25 @@ def test_every_named_target_runs_its_own_suites_on_its_own_build(monkeypatch, ca
     assert "WINEPREFIX" not in os.environ and run_tests.BUILD.name == "linux-x64"
 
 
+def test_a_sanitizers_target_runs_what_the_others_leave_to_it(monkeypatch, own_build):
+    seen = []
+
+    def suite(name):
+        return lambda _: seen.append((name, run_tests.BUILD.name)) or Counts(1)
+
+    monkeypatch.setattr(run_tests, "BUILD", own_build / "linux-x64")
+    monkeypatch.setattr(
+        run_tests, "SUITES", {name: suite(name) for name in ("unit", "road", "standin")}
+    )
+    assert run_tests.main(["linux-x64", "linux-x64-asan", "linux-x64-ubsan"]) == 0
+    assert seen == [
+        ("unit", "linux-x64"),
+        ("standin", "linux-x64-asan"),
+        ("unit", "linux-x64-ubsan"),
+        ("road", "linux-x64-ubsan"),
+    ]
+
+
 def test_a_target_without_wine_or_without_the_suite_fails(monkeypatch, capsys):
     @contextlib.contextmanager
     def no_prefix():
@@ -148,14 +167,14 @@ PASSING = '<testsuites><testcase name="a" status="run" result="completed"/></tes
 )
 def test_unit_programs(monkeypatch, own_build, script, counts):
     register_programs(monkeypatch, own_build, {"program": script})
-    assert run_tests.run_unit([]) == counts
+    assert run_tests.run_programs("unit")([]) == counts
 
 
 def test_an_old_report_does_not_count(monkeypatch, own_build):
     register_programs(monkeypatch, own_build, {"program": "exit 0"})
     (own_build / "reports").mkdir()
     (own_build / "reports" / "program.xml").write_text(PASSING)
-    assert run_tests.run_unit([]) == Counts(0, 1)
+    assert run_tests.run_programs("unit")([]) == Counts(0, 1)
 
 
 @pytest.mark.parametrize(
@@ -185,7 +204,7 @@ def test_programs_leave_nothing_in_the_source_tree(monkeypatch, own_build):
 
 def test_a_build_without_programs_fails(own_build):
     assert run_tests._programs("unit") == []
-    assert run_tests.run_unit([]).ran == 0
+    assert run_tests.run_programs("unit")([]).ran == 0
 
 
 def test_programs_are_read_from_the_build(own_build):
@@ -210,7 +229,7 @@ def test_programs_get_their_registered_environment_and_limit(own_build):
 
 def test_a_program_that_was_not_built_fails(monkeypatch, own_build, capsys):
     (own_build / "CTestTestfile.cmake").write_text('add_test(unit "/nowhere/program")\n')
-    monkeypatch.setattr(run_tests, "SUITES", {"unit": run_tests.run_unit})
+    monkeypatch.setattr(run_tests, "SUITES", {"unit": run_tests.run_programs("unit")})
     assert run_tests.main([]) == 1
     assert capsys.readouterr().out.splitlines()[-1] == "0 passed, 1 failed"
 
