@@ -62,6 +62,58 @@ TEST(StandinRendererTest, AnAnswerThatCannotBeMadeIsNone) {
   RunInRenderer(kAnswers);
 }
 
+constexpr char kExecutor[] = "object:resolve=function:yes;reject=function:no";
+
+const Part kPromises("promises", [] {
+  EXPECT_TRUE(control::Native("__registerPromise", {kExecutor}));
+  EXPECT_EQ(control::Last("native"), "__registerPromise = 1");
+  EXPECT_TRUE(control::Native("__registerPromise", {kExecutor}));
+  EXPECT_EQ(control::Last("native"), "__registerPromise = 2");
+  EXPECT_TRUE(control::Native("__resolvePromise", {"int:1", "string:value"}));
+  EXPECT_TRUE(control::Native("__resolvePromise", {"int:1", "string:again"}));
+  EXPECT_TRUE(control::Native("__rejectPromise", {"int:2", "string:reason"}));
+  EXPECT_THAT(control::Texts("function"), ElementsAre("yes 1", "no 1"));
+});
+
+TEST(StandinRendererTest, APromiseIsSettledOnce) {
+  RunInRenderer(kPromises);
+}
+
+const Part kPendingPromise("pending_promise", [] {
+  EXPECT_TRUE(control::Native("__registerPromise", {kExecutor}));
+  EXPECT_EQ(control::Last("native"), "__registerPromise = 1");
+});
+
+// The end of the process proves that nothing of it is left.
+TEST(StandinRendererTest, APendingPromiseGoesWithItsProcess) {
+  RunInRenderer(kPendingPromise);
+}
+
+const Part kPromiseFaults("promise_faults", [] {
+  EXPECT_TRUE(control::Native("__registerPromise", {"object:resolve=function:yes"}));
+  EXPECT_EQ(control::Last("native"),
+            "__registerPromise ! Failed to instantiate native promise proxy");
+  control::Fail("v8_value");
+  EXPECT_TRUE(control::Native("__registerPromise", {kExecutor}));
+  EXPECT_EQ(control::Last("native"), "__registerPromise = nothing");
+  EXPECT_TRUE(control::Native("__resolvePromise", {"string:1", "string:value"}));
+  EXPECT_EQ(control::Last("native"),
+            "__resolvePromise ! xocef._internals.resolvePromise: 1st arg should be an integer");
+  EXPECT_TRUE(control::Native("__saveValue", {"int:0", "object:"}));
+  EXPECT_EQ(control::Last("native"), "__saveValue ! Invalid key for native promise executor");
+  const size_t before = Messages().size();
+  control::Fail("process_message");
+  EXPECT_TRUE(control::Native("__loadValue", {"int:1", "object:"}));
+  EXPECT_EQ(Messages().size(), before);
+  EXPECT_TRUE(control::Native("__saveValue",
+                              {"int:1", "object:origin=string:o;name=string:n;value=string:v"}));
+  EXPECT_THAT(Messages(), Contains("browser SaveValue(1|o|n|v)"));
+});
+
+TEST(StandinRendererTest, APromiseWithoutItsPartsIsRefused) {
+  RunInRenderer(kPromiseFaults);
+}
+
 const Part kNoContext("no_context", [] {
   const size_t before = Messages().size();
   control::Fail("v8_context");

@@ -103,8 +103,9 @@ typedef void orbcef_standin_page_fn(void (*page)(void* data), void* data);
 void orbcef_standin_page(void (*page)(void* data), void* data);
 
 /* Calls a native function of a registered extension, as a script of the page would. The arguments
- * are written like a message's fields, and "function:name" is a function. The outcome goes to the
- * event "native": "name = result" or "name ! exception". 0 without such an extension. */
+ * are written like a message's fields; "function:name" is a function, whose calls go to the event
+ * "function", and "object:name=field;name=field" an object. The outcome goes to the event "native":
+ * "name = result" or "name ! exception". 0 without such an extension. */
 typedef int32_t orbcef_standin_native_fn(const char* name, const char* const* arguments,
                                          int32_t count);
 int32_t orbcef_standin_native(const char* name, const char* const* arguments, int32_t count);

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <map>
@@ -182,6 +183,20 @@ cef_v8value_t* Give(CefRefPtr<CefV8Value> value) {
   return TakeFault("v8_value") ? nullptr : engine_glue::ToC(value);
 }
 
+// "name=field;name=field;" behind the kind.
+CefRefPtr<CefV8Value> MakeObject(const std::string& members) {
+  const CefRefPtr<CefV8Value> object = new StandinV8Value(Kind::kObject);
+  for (size_t start = 0; start < members.size();) {
+    const size_t end = std::min(members.find(';', start), members.size());
+    const std::string member = members.substr(start, end - start);
+    const size_t equals = std::min(member.find('='), member.size() - 1);
+    object->SetValue(member.substr(0, equals), MakeScriptValue(member.substr(equals + 1)),
+                     V8_PROPERTY_ATTRIBUTE_NONE);
+    start = end + 1;
+  }
+  return object;
+}
+
 }  // namespace
 
 CefRefPtr<CefV8Value> MakeScriptValue(const std::string& field) {
@@ -192,7 +207,11 @@ CefRefPtr<CefV8Value> MakeScriptValue(const std::string& field) {
   if (field == "undefined:") {
     return new StandinV8Value(Kind::kUndefined);
   }
-  return field == "object:" ? new StandinV8Value(Kind::kObject) : FromNode(*ParseField(field));
+  constexpr char kObject[] = "object:";
+  if (field.compare(0, sizeof(kObject) - 1, kObject) == 0) {
+    return MakeObject(field.substr(sizeof(kObject) - 1));
+  }
+  return FromNode(*ParseField(field));
 }
 
 std::string DescribeScriptValue(const CefRefPtr<CefV8Value>& value) {
