@@ -13,12 +13,11 @@
 #include <utility>
 #include <vector>
 
-#include "include/cef_v8.h"
-#include "include/cef_version.h"
+#include "v8_doubles/V8ValueWithoutDate.h"
 
 namespace v8_doubles {
 
-class V8ValueDouble : public CefV8Value {
+class V8ValueDouble : public V8ValueWithoutDate {
  public:
   enum class Kind { kUndefined, kNull, kBool, kInt, kDouble, kString, kObject, kArray, kFunction };
 
@@ -117,30 +116,8 @@ class V8ValueDouble : public CefV8Value {
     return ExecuteFunction(object, arguments);
   }
 
-  // What differs between the interface versions.
-#if CEF_VERSION_MAJOR >= 108
-  bool IsPromise() override {
-    return false;
-  }
-  bool ResolvePromise(CefRefPtr<CefV8Value>) override {
-    return false;
-  }
-  bool RejectPromise(const CefString&) override {
-    return false;
-  }
-  CefBaseTime GetDateValue() override {
-    return CefBaseTime();
-  }
-#else
-  CefTime GetDateValue() override {
-    return CefTime();
-  }
-#endif
-
  private:
-  bool IsNumber() const {
-    return _kind == Kind::kInt || _kind == Kind::kDouble;
-  }
+  bool IsNumber() const { return _kind == Kind::kInt || _kind == Kind::kDouble; }
   bool IsIndex(int index) const {
     return index >= 0 && static_cast<std::size_t>(index) < elements.size();
   }
