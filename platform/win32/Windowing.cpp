@@ -74,6 +74,10 @@ bool MapToScreen(WindowHandle window, Point& point) {
   return true;
 }
 
+bool EndViewWindow(WindowHandle window) {
+  return DestroyWindow(Native(window)) != FALSE;
+}
+
 WindowHandle FirstChild(WindowHandle window) {
   return ToWindowHandle(GetWindow(Native(window), GW_CHILD));
 }

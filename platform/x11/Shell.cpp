@@ -51,7 +51,7 @@ class SpawnAttributes {
 
 }  // namespace
 
-bool OpenWithDesktop(const std::string& target) {
+bool OpenWithDesktop(const std::string& target, DesktopTarget) {
   if (target.empty() || target.front() == '-')
     return false;
 

@@ -194,6 +194,10 @@ bool MapToScreen(WindowHandle window, Point& point) {
   });
 }
 
+bool EndViewWindow(WindowHandle window) {
+  return false;
+}
+
 WindowHandle FirstChild(WindowHandle window) {
   return ForWindow(window, [](xcb_connection_t* connection, xcb_window_t id) -> WindowHandle {
     const auto tree = Tree(connection, id);

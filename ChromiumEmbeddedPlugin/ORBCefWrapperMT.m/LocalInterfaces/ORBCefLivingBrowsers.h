@@ -6,12 +6,12 @@
 #define ORBCEF_LIVING_BROWSERS_H
 
 #include <chrono>
-#include <condition_variable>
 #include <cstddef>
 #include <map>
 #include <mutex>
 
 #include "include/cef_browser.h"
+#include "platform/HostWait.h"
 
 class ORBCefLivingBrowsers {
  public:
@@ -49,7 +49,7 @@ class ORBCefLivingBrowsers {
   void Rest();
 
   mutable std::mutex _lock;
-  std::condition_variable _changed;
+  platform::HostCondition _changed;
   // Guarded by _lock.
   std::map<int, CefRefPtr<CefBrowser>> _browsers;
   std::chrono::steady_clock::time_point _rest_end;

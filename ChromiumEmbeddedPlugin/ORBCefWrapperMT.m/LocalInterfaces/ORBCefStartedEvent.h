@@ -4,8 +4,9 @@
 #define ORBCEF_STARTED_EVENT_H
 
 #include <chrono>
-#include <condition_variable>
 #include <mutex>
+
+#include "platform/HostWait.h"
 
 class ORBCefStartedEvent {
  public:
@@ -17,7 +18,7 @@ class ORBCefStartedEvent {
 
  private:
   std::mutex _lock;
-  std::condition_variable _changed;
+  platform::HostCondition _changed;
   // Guarded by _lock.
   bool _is_set = false;
 };

@@ -12,6 +12,7 @@
 #include "ORBCefStartedEvent.h"
 #include "ORBCefToolsAccessor.h"
 #include "include/base/cef_build.h"
+#include "platform/HostWait.h"
 #include "platform/Process.h"
 
 #if defined(OS_WIN)
@@ -96,7 +97,9 @@ void ORBCefEngine::InitializeEngine(const Calls& calls) {
 }
 
 void ORBCefEngine::ShutdownEngine(const Calls& calls) {
-  std::lock_guard<platform::Lock> guard(g_engine.lock);
+  // The task that makes a browser holds the lock, and its window's parent may be this thread's.
+  platform::EnterServing(g_engine.lock);
+  std::lock_guard<platform::Lock> guard(g_engine.lock, std::adopt_lock);
   if (!g_engine.initialized)
     return;
   g_engine.initialized = false;

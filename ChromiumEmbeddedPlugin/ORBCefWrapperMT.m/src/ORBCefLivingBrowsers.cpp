@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "ORBCefTask.h"
+#include "platform/Windowing.h"
 
 namespace {
 
@@ -43,7 +44,7 @@ void ORBCefLivingBrowsers::Remove(const CefRefPtr<CefBrowser>& browser) {
   removed = found->second;
   _browsers.erase(found);
   _rest_end = std::chrono::steady_clock::now() + kRest;
-  _changed.notify_all();
+  _changed.Notify();
 }
 
 size_t ORBCefLivingBrowsers::Size() const {
@@ -65,7 +66,11 @@ void ORBCefLivingBrowsers::CloseAll() {
       if (host->HasDevTools()) {
         host->CloseDevTools();
       }
-      host->CloseBrowser(true);
+      // Where the engine leaves a view's window to the host it only asks for its end, and the host
+      // hears nothing while it waits for the shutdown. This is the window's own thread.
+      if (!platform::EndViewWindow(platform::ToWindowHandle(host->GetWindowHandle()))) {
+        host->CloseBrowser(true);
+      }
     }
   }
 }
@@ -73,7 +78,7 @@ void ORBCefLivingBrowsers::CloseAll() {
 void ORBCefLivingBrowsers::EndClose() {
   const std::lock_guard<std::mutex> guard(_lock);
   _is_close_pending = false;
-  _changed.notify_all();
+  _changed.Notify();
 }
 
 bool ORBCefLivingBrowsers::PassOn(size_t station) {
@@ -99,7 +104,7 @@ bool ORBCefLivingBrowsers::CloseAllAndWait(std::chrono::milliseconds limit) {
 
 void ORBCefLivingBrowsers::Rest() {
   std::unique_lock<std::mutex> guard(_lock);
-  _changed.wait_until(guard, _rest_end, [] { return false; });
+  _changed.WaitUntil(guard, _rest_end, [] { return false; });
 }
 
 bool ORBCefLivingBrowsers::GoRound(std::chrono::milliseconds limit) {
@@ -116,6 +121,6 @@ bool ORBCefLivingBrowsers::GoRound(std::chrono::milliseconds limit) {
 
 bool ORBCefLivingBrowsers::WaitForNone(std::chrono::milliseconds limit) {
   std::unique_lock<std::mutex> guard(_lock);
-  return _changed.wait_for(guard, limit,
-                           [this] { return !_is_close_pending && _browsers.empty(); });
+  return _changed.WaitUntil(guard, std::chrono::steady_clock::now() + limit,
+                            [this] { return !_is_close_pending && _browsers.empty(); });
 }

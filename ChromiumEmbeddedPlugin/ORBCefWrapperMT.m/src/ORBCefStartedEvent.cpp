@@ -9,10 +9,11 @@ ORBCefStartedEvent& ORBCefStartedEvent::Instance() {
 void ORBCefStartedEvent::Set() {
   const std::lock_guard<std::mutex> guard(_lock);
   _is_set = true;
-  _changed.notify_all();
+  _changed.Notify();
 }
 
 bool ORBCefStartedEvent::WaitFor(std::chrono::milliseconds limit) {
   std::unique_lock<std::mutex> guard(_lock);
-  return _changed.wait_for(guard, limit, [this] { return _is_set; });
+  return _changed.WaitUntil(guard, std::chrono::steady_clock::now() + limit,
+                            [this] { return _is_set; });
 }

@@ -9,9 +9,13 @@
 
 namespace platform {
 
+// How the window of that program is shown, where the system asks for it: as it is set up for a
+// page, and in its present place for a file.
+enum class DesktopTarget { kUrl, kFile };
+
 // `target` is a URL or an absolute path in UTF-8. True if the desktop took it. The empty text and
 // a text that begins with "-", which an opener would read as an option, are refused.
-bool OpenWithDesktop(const std::string& target);
+bool OpenWithDesktop(const std::string& target, DesktopTarget kind = DesktopTarget::kUrl);
 
 }  // namespace platform
 

@@ -58,6 +58,10 @@ bool DesktopRect(Rect& rect);
 // Turns a point of the window's inside into a point of the screen.
 bool MapToScreen(WindowHandle window, Point& point);
 
+// Destroys a view's window that the engine would leave to the host. Only on the thread that made
+// it. False, with nothing done, where the engine destroys it itself.
+bool EndViewWindow(WindowHandle window);
+
 // The child of the window that is on top of its other children, 0 if there is none.
 WindowHandle FirstChild(WindowHandle window);
 
