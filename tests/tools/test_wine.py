@@ -89,10 +89,6 @@ def test_a_machine_without_wine_is_told_so(tmp_path, monkeypatch):
             pass
 
 
-def test_paths_get_the_drive_that_holds_everything():
-    assert wine.windows_path("/a b/c") == "Z:\\a b\\c"
-
-
 def test_alone_the_tool_tells_its_usage():
     done = subprocess.run(
         [sys.executable, str(ROOT / "tools" / "wine.py")], capture_output=True, text=True, check=False
