@@ -19,7 +19,7 @@
 #include "TempDirectory.h"
 #include "v8_doubles/PageDoubles.h"
 #include "v8_doubles/V8ContextDouble.h"
-#include "v8_doubles/V8ValueDouble.h"
+#include "v8_doubles/V8Values.h"
 
 namespace v8_doubles {
 

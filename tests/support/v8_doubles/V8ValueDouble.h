@@ -1,8 +1,8 @@
 // A JavaScript value without V8, for tests of what natives make of their arguments.
 //
 // It converts as the engine does: `GetStringValue` of anything but a text is empty, the number
-// getters convert between number kinds and give 0 for everything else. Made by the functions below
-// the class; counted like any engine object; one thread.
+// getters convert between number kinds and give 0 for everything else. Made by the functions of
+// V8Values.h; counted like any engine object; one thread.
 
 #ifndef V8_DOUBLES_V8_VALUE_DOUBLE_H
 #define V8_DOUBLES_V8_VALUE_DOUBLE_H
@@ -126,55 +126,6 @@ class V8ValueDouble : public V8ValueWithoutDate {
 
   IMPLEMENT_REFCOUNTING(V8ValueDouble);
 };
-
-inline CefRefPtr<CefV8Value> Undefined() {
-  return new V8ValueDouble(V8ValueDouble::Kind::kUndefined);
-}
-
-inline CefRefPtr<CefV8Value> Null() {
-  return new V8ValueDouble(V8ValueDouble::Kind::kNull);
-}
-
-inline CefRefPtr<CefV8Value> Bool(bool value) {
-  CefRefPtr<V8ValueDouble> result = new V8ValueDouble(V8ValueDouble::Kind::kBool);
-  result->number = value ? 1 : 0;
-  return result;
-}
-
-inline CefRefPtr<CefV8Value> Int(int value) {
-  CefRefPtr<V8ValueDouble> result = new V8ValueDouble(V8ValueDouble::Kind::kInt);
-  result->number = value;
-  return result;
-}
-
-inline CefRefPtr<CefV8Value> Double(double value) {
-  CefRefPtr<V8ValueDouble> result = new V8ValueDouble(V8ValueDouble::Kind::kDouble);
-  result->number = value;
-  return result;
-}
-
-inline CefRefPtr<CefV8Value> String(std::string value) {
-  CefRefPtr<V8ValueDouble> result = new V8ValueDouble(V8ValueDouble::Kind::kString);
-  result->text = std::move(value);
-  return result;
-}
-
-inline CefRefPtr<CefV8Value> Array(std::vector<CefRefPtr<CefV8Value>> elements) {
-  CefRefPtr<V8ValueDouble> result = new V8ValueDouble(V8ValueDouble::Kind::kArray);
-  result->elements = std::move(elements);
-  return result;
-}
-
-// A function that returns undefined and keeps the arguments of its calls.
-inline CefRefPtr<V8ValueDouble> Function() {
-  return new V8ValueDouble(V8ValueDouble::Kind::kFunction);
-}
-
-inline CefRefPtr<CefV8Value> Object(std::map<std::string, CefRefPtr<CefV8Value>> properties) {
-  CefRefPtr<V8ValueDouble> result = new V8ValueDouble(V8ValueDouble::Kind::kObject);
-  result->properties = std::move(properties);
-  return result;
-}
 
 }  // namespace v8_doubles
 
