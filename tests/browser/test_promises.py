@@ -113,6 +113,14 @@ def test_a_refused_save_rejects_with_what_the_host_says(host, open_view):
     assert outcome(page, "xocef.saveValue('test', 'a', 1)") == ("rejected", "RangeError: no room for a")
 
 
+def test_the_store_may_call_back_into_the_view_that_asks(host, open_view):
+    page = open_view(PLAIN)
+    host.tools.save_in_preference = lambda *_: page.view.execute_javascript("xocef.sendString('from the store')")
+    page.view.execute_javascript(tell("xocef.saveValue('test', 'a', 1)"))
+    page.wait_strings("from the store")
+    page.wait_strings("resolved", "undefined")
+
+
 def test_a_stored_text_is_javascript_as_it_stands(host, open_view):
     host.tools.preferences[STORE, "expression"] = "((a, b) => ({ sum: a + b }))(1, 2)"
     host.tools.preferences[STORE, "page"] = "document.title"
@@ -359,3 +367,14 @@ def test_a_frame_that_has_left_the_page_is_rejected_at_once(open_view, server):
         ".then(() => xocef.sendString(['over', answer]))")
     event = page.events.wait_for(lambda e: isinstance(e, StringsReceived) and e.strings[0] == "over")
     assert event.strings[1] == "Error: xocef: this page has no view any more"
+
+
+def test_a_sandboxed_frame_reaches_the_page_around_it_by_a_stored_value(open_view, server):
+    # Meant: a stored value is JavaScript, and the answer runs in the top-level page whoever asked.
+    server.page("/sandboxed", """<script>
+        const register = () => xocef.__registerPromise({ resolve() {}, reject() {} });
+        xocef.__saveValue(register(), { origin: 'test', name: 'a', value: 'xocef.sendString(document.title)' });
+        xocef.__loadValue(register(), { origin: 'test', name: 'a' });
+        </script>""")
+    page = open_view(server.page("/", "<title>the page around</title><iframe sandbox='allow-scripts' src='/sandboxed'>"))
+    page.wait_strings("the page around")

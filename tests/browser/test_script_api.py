@@ -1,6 +1,5 @@
 """A working `xocef` wherever and whenever a page asks for it."""
 
-import pytest
 from orbcef import LoadingStateChanged, StringsReceived
 
 PLAIN = "xortv://webapps/Test/plain.html"
@@ -85,24 +84,25 @@ def test_after_a_reload_and_after_navigations(open_view, server):
     works(page, "local")
 
 
-@pytest.mark.parametrize("policy", [
-    "default-src 'none'; script-src 'nonce-n'",
-    "default-src 'none'; script-src 'nonce-n' 'strict-dynamic'; require-trusted-types-for 'script'; trusted-types 'none'",
-    "default-src 'none'; script-src 'nonce-n'; sandbox allow-scripts",
-])
-def test_under_a_strict_content_security_policy(open_view, server, policy):
-    server.headers["/"] = {"Content-Security-Policy": policy}
-    page = open_view(server.page("/", f"""<!doctype html>
-        <script>xocef.sendString('must not run')</script>
-        <script nonce="n">{TRY} tryAll('policy');
-          xocef.addStringListener(([text]) => xocef.sendString(['heard', text]));
-          let refused = 'no'; try {{ eval('1') }} catch {{ refused = 'yes' }} xocef.sendString(['refused', refused]);
-        </script>"""))
-    works(page, "policy")
-    page.wait_strings("refused", "yes")
-    page.view.execute_javascript("xocef.receive('hello')")
-    page.wait_strings("heard", "hello")
-    assert StringsReceived(strings=("must not run",)) not in page.events.everything()
+def test_under_a_strict_content_security_policy(open_view, server):
+    for number, policy in enumerate((
+        "default-src 'none'; script-src 'nonce-n'",
+        "default-src 'none'; script-src 'nonce-n' 'strict-dynamic'; require-trusted-types-for 'script'; trusted-types 'none'",
+        "default-src 'none'; script-src 'nonce-n'; sandbox allow-scripts",
+    )):
+        path = f"/{number}"
+        server.headers[path] = {"Content-Security-Policy": policy}
+        page = open_view(server.page(path, f"""<!doctype html>
+            <script>xocef.sendString('must not run')</script>
+            <script nonce="n">{TRY} tryAll('policy');
+              xocef.addStringListener(([text]) => xocef.sendString(['heard', text]));
+              let refused = 'no'; try {{ eval('1') }} catch {{ refused = 'yes' }} xocef.sendString(['refused', refused]);
+            </script>"""))
+        works(page, "policy")
+        page.wait_strings("refused", "yes")
+        page.view.execute_javascript("xocef.receive('hello')")
+        page.wait_strings("heard", "hello")
+        assert StringsReceived(strings=("must not run",)) not in page.events.everything()
 
 
 def test_in_pages_without_a_server(open_view):
