@@ -3,8 +3,9 @@
 import os
 
 import orbcef
-from harness import descendants
+import targets
 from orbcef import AddressChanged, LoadingStateChanged, StateChanged, StringsReceived, V8Context
+from processes import children
 
 PAGE = "xortv://webapps/Test/road.html"
 
@@ -17,14 +18,15 @@ def test_the_road_of_a_string_and_of_a_value(host):
     events = orbcef.Events(host.main)
     view = host.module.create_view(events, None, PAGE)
     view.execute_javascript("xocef.receive(['queued'])")
-    window = orbcef.X11Window(host.main, 400, 300)
+    window = orbcef.Window(host.main, 400, 300)
     view.create(window.handle, (0, 0, 400, 300), PAGE)
     events.wait_for_kind(StateChanged, state=orbcef.STATE_CREATED)
 
     # 2. The engine starts a render process, which is the helper with the module and the script files in it.
     events.wait_for_kind(V8Context, created=True)
-    renderers = [command for _, command in descendants(parent=os.getpid()) if "--type=renderer" in command]
-    assert renderers and all(command.startswith(f"{host.ROOT}/code/bin/7XOWebHelper ") for command in renderers)
+    helper = str(targets.ROOT / "code" / "bin" / targets.HELPER_FILE)
+    renderers = [command for _, command in children(os.getpid()) if "--type=renderer" in command]
+    assert renderers and all(command.lstrip('"').startswith(helper) for command in renderers)
 
     # 3. The page came from a file of the installation, as the type of its name; its address is the host's to show.
     events.wait_for_kind(AddressChanged, url=PAGE)

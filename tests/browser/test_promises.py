@@ -1,12 +1,11 @@
 """Promises that the host settles, and the values that it keeps for pages."""
 
 import os
-import signal
 import threading
 
 import pytest
-from harness import descendants
 from orbcef import AddressChanged, ConsoleMessage, LoadingStateChanged, StringsReceived
+from processes import children, kill_process
 
 PLAIN = "xortv://webapps/Test/plain.html"
 ECHO = "xortv://webapps/Test/echo.html"
@@ -320,10 +319,10 @@ def test_a_renderer_that_dies_in_a_round_trip_leaves_the_view_usable(host, open_
     page.view.execute_javascript(tell("xocef.loadValue('test', 'a')"))
     held.wait()
     # One of them is a spare that the engine keeps ready.
-    renderers = [pid for pid, command in descendants(parent=os.getpid()) if "--type=renderer" in command]
+    renderers = [pid for pid, command in children(os.getpid()) if "--type=renderer" in command]
     assert renderers
     for pid in renderers:
-        os.kill(pid, signal.SIGKILL)
+        kill_process(pid)
     held.run()
     host.tools.dispatch_on_main_thread = False
     # A load that begins before the engine has noticed the death ends with the dead renderer, so it may take another.
