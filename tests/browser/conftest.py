@@ -23,7 +23,7 @@ sys.path.insert(0, str(REPOSITORY / "host" / "python"))
 sys.path.insert(0, str(Path(__file__).resolve().parent))
 
 import targets  # noqa: E402
-from harness import Host, Server, scaled  # noqa: E402
+from harness import Host, NativeErrors, Server, descendants, scaled  # noqa: E402
 
 LIMIT_SECONDS = 40
 
@@ -35,6 +35,7 @@ def pytest_addoption(parser):
 def pytest_configure(config):
     config.addinivalue_line("markers", "environment(**variables): set before the module is loaded")
     config.addinivalue_line("markers", "in_parent: runs in the parent; it starts its own processes")
+    config.addinivalue_line("markers", "not_on_windows(reason): is skipped on that target")
 
 
 class ChildItem(pytest.Item):
@@ -58,7 +59,17 @@ class ChildItem(pytest.Item):
 def pytest_collection_modifyitems(config, items):
     if config.getoption("--browser-child"):
         return
-    items[:] = [item if item.get_closest_marker("in_parent")
+    if targets.IS_WINDOWS:
+        # A case of the harness's own test stands elsewhere.
+        chosen = [item for item in items
+                  if item.path.stem in targets.ON_WINDOWS or item.path.parent != targets.PAGES.parent]
+        config.hook.pytest_deselected(items=[item for item in items if item not in chosen])
+        items[:] = chosen
+    for item in items:
+        marker = item.get_closest_marker("not_on_windows")
+        if marker and targets.IS_WINDOWS:
+            item.add_marker(pytest.mark.skip(reason=marker.args[0]))
+    items[:] = [item if item.get_closest_marker("in_parent") or item.get_closest_marker("skip")
                 else ChildItem.from_parent(item.parent, name=item.name, origin=item) for item in items]
 
 
@@ -121,10 +132,8 @@ class Output:
 
 def end_group(child):
     """Ends what is left of the child's session, and tells what that was, after a moment for the engine's own end."""
-    from processes import session_members
-
     deadline = time.monotonic() + scaled(5)
-    while (left := session_members(child.pid)) and time.monotonic() < deadline:
+    while (left := descendants(session=child.pid)) and time.monotonic() < deadline:
         # The system tells no event for the end of processes that are not this one's children.
         time.sleep(0.02)
     if left:
@@ -141,6 +150,14 @@ def engine_log(profile):
 @pytest.fixture
 def profile():
     return Path(os.environ["ORBCEF_TEST_PROFILE"])
+
+
+@pytest.fixture
+def native_errors(capfd, tmp_path):
+    """What the module and the engine write to standard error."""
+    errors = NativeErrors(capfd, tmp_path / "errors.txt")
+    yield errors
+    errors.end()
 
 
 @pytest.fixture

@@ -1,7 +1,10 @@
 """What a browser test talks to: a host in this process, and loopback servers."""
 
+import ctypes
 import http.server
 import os
+import shutil
+import sys
 import threading
 import time
 from pathlib import Path
@@ -9,14 +12,19 @@ from pathlib import Path
 import orbcef
 import targets
 from orbcef import LoadingStateChanged, StringsReceived, scaled
-from processes import children, open_files
+from processes import children, kill_process, open_files, session_members  # noqa: F401
 from targets import REPOSITORY  # noqa: F401
+
+
+def descendants(session=None, parent=None):
+    """(pid, command line) of the living processes of a session, or of a process's children."""
+    return children(parent) if session is None else session_members(session)
 
 
 def wait_for_no_children(seconds=5.0):
     """What is left of this process's children once they had time for an end of their own."""
     deadline = time.monotonic() + scaled(seconds)
-    while (left := children(os.getpid())) and time.monotonic() < deadline:
+    while (left := descendants(parent=os.getpid())) and time.monotonic() < deadline:
         # The engine reaps its own children, so a wait for their end must look again and again.
         time.sleep(0.02)
     return left
@@ -63,11 +71,12 @@ class Host:
 
     ROOT = targets.ROOT
     PAGES = targets.PAGES
+    HELPER = ROOT / "code" / "bin" / targets.HELPER_FILE
 
-    def __init__(self):
+    def __init__(self, root=ROOT):
         self.main = orbcef.MainThread()
         self.tools = orbcef.Tools(self.main, temp_directory=os.environ["ORBCEF_TEST_PROFILE"])
-        self.module = orbcef.Module(self.ROOT, self.tools)
+        self.module = orbcef.Module(root, self.tools)
         self.pages = []
 
     def open_view(self, url, loaded=True, **options):
@@ -95,7 +104,48 @@ class Host:
         profile = Path(os.environ["ORBCEF_TEST_PROFILE"])
         not_ours = (str(profile / "WebCache"), str(profile / "cef_client_debug.log"))
         found = open_files(profile, (cls.ROOT / "webapps", cls.ROOT / "resources", cls.PAGES))
-        return [name for name in found if not name.startswith(not_ours)]
+        # A test's own copy of the engine is the engine's as well.
+        return [name for name in found if not name.startswith(not_ours) and "code" not in Path(name).parts]
+
+
+def mirror(source, target, wanted=lambda name: True):
+    """A second tree with the same files, without another copy of them where the file system can."""
+    for path in Path(source).rglob("*"):
+        name = path.relative_to(source)
+        if not path.is_file() or not wanted(name.as_posix()):
+            continue
+        (target / name).parent.mkdir(parents=True, exist_ok=True)
+        try:
+            os.link(path, target / name)
+        except OSError:
+            shutil.copy(path, target / name)
+
+
+class NativeErrors:
+    """What the libraries of this process write to standard error."""
+
+    def __init__(self, capture, path):
+        self._capture = capture
+        self._path = path
+        # The module's C library on Windows is not Python's, and does not see what Python redirects.
+        self._library = ctypes.CDLL("msvcrt") if sys.platform == "win32" else None
+        if self._library:
+            file = self._library._wopen(str(path), os.O_CREAT | os.O_RDWR | os.O_BINARY, 0o600)
+            self._saved = self._library._dup(2)
+            self._library._dup2(file, 2)
+            self._library._close(file)
+
+    def text(self):
+        text = self._capture.readouterr().err
+        if self._library:
+            self._library._flushall()
+            text += self._path.read_text(errors="replace")
+        return text.replace("\r", "")
+
+    def end(self):
+        if self._library:
+            self._library._dup2(self._saved, 2)
+            self._library._close(self._saved)
 
 
 class Server:

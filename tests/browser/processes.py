@@ -5,7 +5,7 @@ import sys
 from pathlib import Path
 
 if sys.platform == "win32":
-    from windows_processes import children, kill_process, open_files  # noqa: F401
+    from windows_processes import children, kill_process, open_files, session_members  # noqa: F401
 else:
     import signal
 

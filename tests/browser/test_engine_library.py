@@ -5,7 +5,8 @@ import subprocess
 
 import orbcef
 import pytest
-from harness import Host
+import targets
+from harness import Host, mirror
 
 PLAIN = "xortv://webapps/Test/plain.html"
 
@@ -19,16 +20,18 @@ void cef_log(void) { abort(); }
 int cef_get_min_log_level(void) { abort(); }
 """
 
+compiled_here = pytest.mark.not_on_windows("the compiler and its tools are those of another system")
+
 
 @pytest.fixture
 def root(profile, monkeypatch):
     """An installation root with everything but the engine."""
     folder = profile / "root"
     (folder / "code" / "bin").mkdir(parents=True)
-    for name in ("libORBCefWrapperMT.so", "7XOWebHelper"):
+    for name in (targets.MODULE_FILE, targets.HELPER_FILE):
         shutil.copy(Host.ROOT / "code" / "bin" / name, folder / "code" / "bin")
     for tree in ("webapps", "resources"):
-        (folder / tree).symlink_to(Host.ROOT / tree)
+        mirror(Host.ROOT / tree, folder / tree)
     monkeypatch.setenv("ORBInstallPath", str(folder))
     return folder
 
@@ -59,46 +62,49 @@ def engine_lines(text):
     return [line for line in text.splitlines() if line.startswith("[error] CEF: ")]
 
 
-def test_a_missing_engine_is_one_line(root, capfd):
+def test_a_missing_engine_is_one_line(root, native_errors):
     use(root)
-    (line,) = engine_lines(capfd.readouterr().err)
-    assert "the engine library libcef.so could not be loaded: " in line
+    (line,) = engine_lines(native_errors.text())
+    assert f"the engine library {targets.ENGINE_FILE} could not be loaded: " in line
 
 
-def test_an_engine_of_another_version_is_refused_and_never_called(root, capfd, profile):
+@compiled_here
+def test_an_engine_of_another_version_is_refused_and_never_called(root, native_errors, profile):
     source = profile / "engine.c"
     source.write_text(FOREIGN_ENGINE)
     subprocess.run(["cc", "-shared", "-fPIC", "-w", "-o", str(root / "code/bin/libcef.so"), str(source)], check=True)
     use(root)
-    (line,) = engine_lines(capfd.readouterr().err)
+    (line,) = engine_lines(native_errors.text())
     assert "is refused: its interface is 0123456789abcdef0123456789abcdef01234567" in line
     assert "this module was built for CEF 108.4.13" in line
 
 
-def test_an_engine_without_a_fingerprint_is_refused(root, capfd):
+def test_an_engine_without_a_fingerprint_is_refused(root, native_errors):
     # Any library will do.
-    shutil.copy(root / "code/bin/libORBCefWrapperMT.so", root / "code/bin/libcef.so")
+    shutil.copy(root / "code/bin" / targets.MODULE_FILE, root / "code/bin" / targets.ENGINE_FILE)
     use(root)
-    (line,) = engine_lines(capfd.readouterr().err)
+    (line,) = engine_lines(native_errors.text())
     assert "its interface is unknown" in line
 
 
 def test_the_helper_says_what_it_misses(root):
-    (root / "code/bin/libORBCefWrapperMT.so").unlink()
-    done = subprocess.run([str(root / "code/bin/7XOWebHelper"), "--type=renderer"], capture_output=True, text=True,
+    (root / "code/bin" / targets.MODULE_FILE).unlink()
+    done = subprocess.run([str(root / "code/bin" / targets.HELPER_FILE), "--type=renderer"], capture_output=True, text=True,
                           timeout=20)
     assert done.returncode == 120 and len(done.stderr.splitlines()) == 1
 
 
+@compiled_here
 def test_a_helper_on_a_foreign_engine_ends_with_an_error(root, profile):
     source = profile / "engine.c"
     source.write_text(FOREIGN_ENGINE)
     subprocess.run(["cc", "-shared", "-fPIC", "-w", "-o", str(root / "code/bin/libcef.so"), str(source)], check=True)
-    done = subprocess.run([str(root / "code/bin/7XOWebHelper"), "--type=renderer"], capture_output=True, text=True,
+    done = subprocess.run([str(root / "code/bin" / targets.HELPER_FILE), "--type=renderer"], capture_output=True, text=True,
                           timeout=20)
     assert done.returncode == 1 and "is refused" in done.stderr
 
 
+@compiled_here
 def test_the_module_needs_no_engine_to_be_loaded():
     needed = subprocess.run(["objdump", "-p", str(Host.ROOT / "code/bin/libORBCefWrapperMT.so")], check=True,
                             capture_output=True, text=True).stdout

@@ -5,15 +5,16 @@ import sys
 from pathlib import Path
 
 import pytest
+import targets
 
 CONFTEST = Path(__file__).resolve().parent / "conftest.py"
 
 CASES = {
     "assertion": ("def test_it():\n    assert 1 == 2\n", "assert 1 == 2"),
-    "crash": ("import os\ndef test_it():\n    os.abort()\n", "status -6"),
+    "crash": ("import os\ndef test_it():\n    os.abort()\n", "status 3" if targets.IS_WINDOWS else "status -6"),
     "early_exit": ("import os\ndef test_it():\n    os._exit(3)\n", "status 3"),
     "left_process": (
-        "import subprocess\ndef test_it():\n    subprocess.Popen(['sleep', '60'])\n", "processes outlived the test"),
+        "import subprocess, sys\ndef test_it():\n    subprocess.Popen([sys.executable, '-c', 'import time; time.sleep(60)'])\n", "processes outlived the test"),
     "left_reference": (
         "def test_it(host, open_view):\n"
         "    page = open_view('about:blank')\n"

@@ -8,11 +8,16 @@ import time
 
 import orbcef
 import pytest
+import targets
 from harness import REPOSITORY, Host, scaled
 
-BIN = REPOSITORY / "build" / "linux-x64" / "bin"
+SUFFIX = ".exe" if targets.IS_WINDOWS else ""
 # As somebody types it who stands in the checkout.
-RELATIVE_ROOT = "build/linux-x64/root"
+RELATIVE_ROOT = targets.ROOT.relative_to(REPOSITORY).as_posix()
+
+
+def program(name):
+    return [*targets.loader(), str(targets.BIN / f"{name}{SUFFIX}")]
 
 
 def read_until(process, pattern):
@@ -30,8 +35,8 @@ def read_until(process, pattern):
 @pytest.mark.in_parent
 def test_the_minimal_host_opens_and_closes_on_a_relative_root(tmp_path):
     environment = {k: v for k, v in os.environ.items() if not k.startswith("ORB")}
-    environment["ORBTemp"] = str(tmp_path)
-    host = subprocess.Popen([str(BIN / "orbcef_minimal_host"), RELATIVE_ROOT], cwd=REPOSITORY, env=environment,
+    environment["ORBTemp"] = targets.inside(tmp_path)
+    host = subprocess.Popen([*program("orbcef_minimal_host"), RELATIVE_ROOT], cwd=REPOSITORY, env=environment,
                             stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
     try:
         read_until(host, "loading ended")
@@ -53,7 +58,7 @@ def test_the_reference_host_shows_the_answer_and_says_so(tmp_path):
     picture = tmp_path / "out.png"
     environment = {k: v for k, v in os.environ.items() if not k.startswith("ORB")}
     environment["ORBInstallPath"] = RELATIVE_ROOT
-    done = subprocess.run([str(BIN / "orbcef_host"), "--screenshot", str(picture), "--profile", str(tmp_path)],
+    done = subprocess.run([*program("orbcef_host"), "--screenshot", str(picture), "--profile", str(tmp_path)],
                           cwd=REPOSITORY, env=environment, capture_output=True, text=True, timeout=scaled(40))
     assert done.returncode == 0, done.stdout + done.stderr
     assert '[event] strings ["welcome.answered", "Hello from the host. You said: Hello"]' in done.stdout
@@ -68,8 +73,8 @@ def test_the_reference_host_shows_the_answer_and_says_so(tmp_path):
 ])
 def test_the_reference_hosts_status_says_what_failed(tmp_path, arguments, status):
     environment = {k: v for k, v in os.environ.items() if not k.startswith("ORB")}
-    environment["ORBInstallPath"] = str(Host.ROOT)
-    done = subprocess.run([str(BIN / "orbcef_host"), "--profile", str(tmp_path), *arguments], env=environment,
+    environment["ORBInstallPath"] = targets.inside(Host.ROOT)
+    done = subprocess.run([*program("orbcef_host"), "--profile", str(tmp_path), *arguments], env=environment,
                           capture_output=True, text=True, timeout=scaled(40))
     assert done.returncode == status, done.stdout + done.stderr
 
@@ -77,11 +82,11 @@ def test_the_reference_hosts_status_says_what_failed(tmp_path, arguments, status
 @pytest.mark.in_parent
 def test_the_reference_host_keeps_a_value_from_run_to_run(tmp_path):
     environment = {k: v for k, v in os.environ.items() if not k.startswith("ORB")}
-    environment["ORBInstallPath"] = f"{Host.ROOT};{Host.PAGES}"
+    environment["ORBInstallPath"] = f"{targets.inside(Host.ROOT)};{targets.inside(Host.PAGES)}"
 
     def run():
         done = subprocess.run(
-            [str(BIN / "orbcef_host"), "--url", "xortv://webapps/Test/kept.html", "--screenshot", str(tmp_path / "out.png"),
+            [*program("orbcef_host"), "--url", "xortv://webapps/Test/kept.html", "--screenshot", str(tmp_path / "out.png"),
              "--profile", str(tmp_path)], env=environment, capture_output=True, text=True, timeout=scaled(60))
         assert done.returncode == 0, done.stdout + done.stderr
         return done.stdout

@@ -1,6 +1,7 @@
 """The same look on Windows, by kernel32 and ntdll through ctypes."""
 
 import ctypes
+import re
 from ctypes import byref, c_int, c_size_t, c_ulong, c_ushort, c_void_p, c_wchar, c_wchar_p
 from pathlib import Path
 
@@ -72,6 +73,10 @@ def children(pid):
     return [(child, line) for child in found if (line := _command_line(child)) is not None]
 
 
+def session_members(session):
+    raise NotImplementedError("the parent of the tests looks at sessions, and does not run here")
+
+
 def _command_line(pid):
     process = _kernel32.OpenProcess(_PROCESS_QUERY_INFORMATION | _PROCESS_VM_READ, 0, pid)
     if not process:
@@ -85,7 +90,10 @@ def _command_line(pid):
         if not parameters.value or not _read(process, parameters.value + _COMMAND_LINE_OFFSET, line):
             return None
         text = ctypes.create_string_buffer(line.length)
-        return text.raw.decode("utf-16-le") if _read(process, line.text, text) else None
+        if not _read(process, line.text, text):
+            return None
+        # The program without its quotation marks, as other systems tell it.
+        return re.sub(r'^"([^"]*)"', r"\1", text.raw.decode("utf-16-le"))
     finally:
         _kernel32.CloseHandle(process)
 
