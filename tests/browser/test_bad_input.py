@@ -111,6 +111,7 @@ def test_a_malformed_xml_file_keeps_what_was_read_before_its_error(profile, monk
     root = partial_root(profile, monkeypatch, lambda path: True)
     (root / "resources/ORBCefRsc/mime-types.xml").write_text(
         '<types><mimeType type="text/html" extension=".html"/><mimeType type="text/css" extension=')
+    monkeypatch.setenv("ORBInstallPath", f"{root};{Host.PAGES}")
     host = Host()
     page = host.open_view(PLAIN)
     assert page.ask("document.contentType") == "text/html"
