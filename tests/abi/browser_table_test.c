@@ -44,9 +44,9 @@ static orbcefstring_c lend(const char* text) {
 static void check_texts(orbcefbrowser_c* view, const char* module) {
   const orbcefstring_c home = lend("xortv://webapps/Other/index.html");
   const orbcefstring_c error = lend("xortv://webapps/Error/index.html");
-  const orbcefstring_c directory = lend("/tmp");
+  const orbcefstring_c directory = lend(SOME_DIRECTORY);
   const orbcefstring_c relative = lend("relative/dir");
-  const orbcefstring_c missing = lend("/nowhere/at/all");
+  const orbcefstring_c missing = lend(MISSING_DIRECTORY);
   const orbcefstring_c file = lend(module);
   const orbcefstring_c nothing = lend("");
 
@@ -61,13 +61,15 @@ static void check_texts(orbcefbrowser_c* view, const char* module) {
 
   check(take_is(view->get_download_dir(view), ""), "download_dir begins empty");
   view->set_download_dir(view, &directory);
-  check(take_is(view->get_download_dir(view), "/tmp"), "download_dir takes a directory");
+  check(take_is(view->get_download_dir(view), SOME_DIRECTORY), "download_dir takes a directory");
   view->set_download_dir(view, &relative);
-  check(take_is(view->get_download_dir(view), "/tmp"), "download_dir refuses a relative path");
+  check(take_is(view->get_download_dir(view), SOME_DIRECTORY),
+        "download_dir refuses a relative path");
   view->set_download_dir(view, &missing);
-  check(take_is(view->get_download_dir(view), "/tmp"), "download_dir refuses a missing path");
+  check(take_is(view->get_download_dir(view), SOME_DIRECTORY),
+        "download_dir refuses a missing path");
   view->set_download_dir(view, &file);
-  check(take_is(view->get_download_dir(view), "/tmp"), "download_dir refuses a file");
+  check(take_is(view->get_download_dir(view), SOME_DIRECTORY), "download_dir refuses a file");
   view->set_download_dir(view, &nothing);
   check(take_is(view->get_download_dir(view), ""), "an empty download_dir clears");
   view->set_download_dir(view, &directory);
@@ -155,8 +157,8 @@ int main(int argc, char** argv) {
     fprintf(stderr, "usage: %s MODULE ROOT\n", argv[0]);
     return 2;
   }
-  setenv("ORBInstallPath", argv[2], 1);
-  setenv("ORBCEF_NOCACHE", "1", 1);
+  put_variable("ORBInstallPath", argv[2]);
+  put_variable("ORBCEF_NOCACHE", "1");
   check_browser(get_global(load_factory(argv[1])), argv[1]);
   return finish();
 }

@@ -30,6 +30,11 @@ static void* find_symbol(void* module, const char* name) {
   return (void*)GetProcAddress((HMODULE)module, name);
 }
 static const char* const kTempVariable = "TEMP";
+#define SOME_DIRECTORY "C:\\windows"
+#define MISSING_DIRECTORY "C:\\nowhere\\at\\all"
+static inline int put_variable(const char* name, const char* value) {
+  return _putenv_s(name, value);
+}
 #else
 static void* open_library(const char* path) {
   void* module = dlopen(path, RTLD_NOW | RTLD_LOCAL);
@@ -42,6 +47,11 @@ static void* find_symbol(void* module, const char* name) {
   return dlsym(module, name);
 }
 static const char* const kTempVariable = "TMPDIR";
+#define SOME_DIRECTORY "/tmp"
+#define MISSING_DIRECTORY "/nowhere/at/all"
+static inline int put_variable(const char* name, const char* value) {
+  return setenv(name, value, 1);
+}
 #endif
 
 // Loads the module and resolves its factory; ends the test if that fails.
