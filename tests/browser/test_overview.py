@@ -59,7 +59,7 @@ def test_the_road_of_a_string_and_of_a_value(host):
     child = view.window
     view.close(True)
     view.release()
-    assert host.main.run_until(lambda: child in window.destroyed)
+    assert host.main.run_until(lambda: window.lets_go_of(child))
     window.close()
     events.drop()
     assert host.main.run_until(lambda: events.references == 0)
