@@ -102,10 +102,10 @@ class Host:
     def open_files(cls):
         """Open files of the installation or the profile. The engine's own cache is the engine's affair."""
         profile = Path(os.environ["ORBCEF_TEST_PROFILE"])
-        not_ours = (str(profile / "WebCache"), str(profile / "cef_client_debug.log"))
         found = open_files(profile, (cls.ROOT / "webapps", cls.ROOT / "resources", cls.PAGES))
-        # A test's own copy of the engine is the engine's as well.
-        return [name for name in found if not name.startswith(not_ours) and "code" not in Path(name).parts]
+        # The cache wherever a test puts it, and a test's own copy of the engine.
+        not_ours = {"WebCache", "code", "cef_client_debug.log"}
+        return [name for name in found if not not_ours & set(Path(name).parts)]
 
 
 def mirror(source, target, wanted=lambda name: True):

