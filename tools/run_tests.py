@@ -37,6 +37,8 @@ CHECKS = (
 )
 # What the user's shell may have set for a host must not reach the tests.
 HOST_VARIABLES = ("ORBCEF_", "ORBInstallPath", "ORBTemp", "ORBHUB", "QVL_RIG_", "PATH_TEST")
+# The one that is meant for them.
+LIMITS_VARIABLE = "ORBCEF_TIMEOUT_FACTOR"
 
 # Of the browser tests, the ones that a page's messages and scripts pass through.
 ROAD = tuple(
@@ -157,14 +159,14 @@ def use_target(target: str) -> Iterator[None]:
         yield
         return
     build, reports, variables = BUILD, REPORTS, dict(os.environ)
-    factor = os.environ.get("ORBCEF_TIMEOUT_FACTOR", "1")
+    factor = os.environ.get(LIMITS_VARIABLE, "1")
     BUILD = BUILD.with_name(target)
     REPORTS = BUILD / "test-reports"
     try:
         with wine_prefix() if target == WINDOWS else contextlib.nullcontext({}) as wine_variables:
             os.environ.update(wine_variables, ORBCEF_TEST_TARGET=target)
             # The engine has no GPU and no compiled code there, and each process starts for long.
-            os.environ["ORBCEF_TIMEOUT_FACTOR"] = str(3 * float(factor))
+            os.environ[LIMITS_VARIABLE] = str(3 * float(factor))
             yield
     finally:
         os.environ.clear()
@@ -209,7 +211,7 @@ def main(arguments: list[str]) -> int:
         )
         return 2
     for variable in list(os.environ):
-        if variable.startswith(HOST_VARIABLES):
+        if variable.startswith(HOST_VARIABLES) and variable != LIMITS_VARIABLE:
             del os.environ[variable]
     total = Counts()
     with virtual_display() as display:

@@ -132,6 +132,7 @@ def test_arguments_that_belong_to_no_suite(monkeypatch, capsys, arguments):
 def test_host_variables_do_not_reach_the_tests(monkeypatch):
     monkeypatch.setenv("ORBCEF_ENABLE_OSR", "1")
     monkeypatch.setenv("QVL_RIG_TMP", "/x")
+    monkeypatch.setenv("ORBCEF_TIMEOUT_FACTOR", "2")
     seen = {}
     monkeypatch.setattr(
         run_tests, "SUITES", {"one": lambda _: seen.update(os.environ) or Counts(1)}
@@ -139,6 +140,7 @@ def test_host_variables_do_not_reach_the_tests(monkeypatch):
     assert run_tests.main([]) == 0
     assert "ORBCEF_ENABLE_OSR" not in seen and "QVL_RIG_TMP" not in seen
     assert seen["DISPLAY"] != ":4711"
+    assert seen["ORBCEF_TIMEOUT_FACTOR"] == "2"
 
 
 def register_programs(monkeypatch, own_build, scripts):
