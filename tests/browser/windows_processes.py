@@ -15,6 +15,8 @@ _PROCESS_QUERY_INFORMATION = 0x0400
 _GENERIC_READ = 0x80000000
 _OPEN_EXISTING = 3
 _ERROR_SHARING_VIOLATION = 32
+# The desktop, which wine starts from the first process that opens a window.
+_NOT_OURS = ("explorer.exe",)
 _INVALID_HANDLE = c_void_p(-1).value
 # Where a process keeps its parameters, and in those its command line, on x64.
 _PARAMETERS_OFFSET = 0x20
@@ -65,7 +67,7 @@ def children(pid):
     found, entry = [], _Entry(size=ctypes.sizeof(_Entry))
     more = _kernel32.Process32FirstW(snapshot, byref(entry))
     while more:
-        if entry.parent == pid and entry.pid != pid:
+        if entry.parent == pid and entry.pid != pid and entry.file.lower() not in _NOT_OURS:
             found.append(entry.pid)
         more = _kernel32.Process32NextW(snapshot, byref(entry))
     _kernel32.CloseHandle(snapshot)
