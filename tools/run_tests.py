@@ -80,7 +80,9 @@ def run_programs(suite: str) -> Suite:
         total = Counts()
         for program in _programs(suite):
             report = _fresh_report(f"{program.name}.xml")
-            options = [f"--gtest_output=xml:{report}", "--gtest_brief=1", *arguments]
+            # The drive makes it an absolute name for a program for Windows.
+            drive = "Z:" if BUILD.name == WINDOWS else ""
+            options = [f"--gtest_output=xml:{drive}{report}", "--gtest_brief=1", *arguments]
             status = _run_program(program, options).returncode
             counts = test_results.with_exit_status(test_results.from_junit(report), status)
             _tell(program.name, counts)

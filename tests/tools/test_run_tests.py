@@ -172,6 +172,14 @@ def test_unit_programs(monkeypatch, own_build, script, counts):
     assert run_tests.run_programs("unit")([]) == counts
 
 
+def test_programs_for_windows_get_their_report_by_a_name_with_a_drive(monkeypatch, own_build):
+    monkeypatch.setattr(run_tests, "BUILD", own_build / "windows-x64")
+    told = own_build / "told"
+    register_programs(monkeypatch, own_build, {"program": f'echo "$1" > {told}'})
+    run_tests.run_programs("unit")([])
+    assert told.read_text() == f"--gtest_output=xml:Z:{own_build}/reports/program.xml\n"
+
+
 def test_an_old_report_does_not_count(monkeypatch, own_build):
     register_programs(monkeypatch, own_build, {"program": "exit 0"})
     (own_build / "reports").mkdir()
