@@ -103,9 +103,11 @@ class Host:
         """Open files of the installation or the profile. The engine's own cache is the engine's affair."""
         profile = Path(os.environ["ORBCEF_TEST_PROFILE"])
         found = open_files(profile, (cls.ROOT / "webapps", cls.ROOT / "resources", cls.PAGES))
-        # The cache wherever a test puts it, and a test's own copy of the engine.
-        not_ours = {"WebCache", "code", "cef_client_debug.log"}
-        return [name for name in found if not not_ours & set(Path(name).parts)]
+        # The cache wherever a test puts it, whose name may carry the host's release level, and a test's own
+        # copy of the engine.
+        not_ours = ("code", "cef_client_debug.log")
+        return [name for name in found
+                if not any(part in not_ours or part.startswith("WebCache") for part in Path(name).parts)]
 
 
 def mirror(source, target, wanted=lambda name: True):
