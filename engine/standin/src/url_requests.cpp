@@ -59,6 +59,8 @@ class StandinUrlRequest : public engine_neutral::NeutralURLRequest {
     Note("url_request.cancel", _request->GetURL().ToString());
     HttpAnswer aborted;
     aborted.error = ERR_ABORTED;
+    // An answer that is already on its way to the client's thread comes too late.
+    _is_cancelled = true;
     Complete(UR_CANCELED, aborted);
   }
 
@@ -94,7 +96,7 @@ class StandinUrlRequest : public engine_neutral::NeutralURLRequest {
   void AskForCredentials(const HttpAnswer& answer);
 
   void Deliver(Status status, const HttpAnswer& answer) {
-    if (_is_over.exchange(true)) {
+    if ((_is_cancelled && status != UR_CANCELED) || _is_over.exchange(true)) {
       return;
     }
     const CefRefPtr<CefResponse> response = MakeResponse();
@@ -141,6 +143,7 @@ class StandinUrlRequest : public engine_neutral::NeutralURLRequest {
   const cef_thread_id_t _thread;
   std::atomic<Status> _status{UR_IO_PENDING};
   std::atomic<ErrorCode> _error{ERR_NONE};
+  std::atomic<bool> _is_cancelled{false};
   std::atomic<bool> _is_over{false};
 
   std::mutex _lock;
