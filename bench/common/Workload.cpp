@@ -90,15 +90,19 @@ class Call : public Workload {
   bool Take(View& view, std::string_view text) override {
     if (text == "end") {
       Finish();
-      return ++_rung == kNames.size() || Ask(view);
+      if (++_rung == kNames.size()) {
+        return true;
+      }
+      Ask(view);
+      return false;
     }
     const int64_t now = Now();
     if (_last) {
       _times.push_back(now - _last);
     }
     _last = now;
-    _wrong += text == Text() ? 0 : 1;
-    view.Execute("answer(\"" + Text() + "\")");
+    _wrong += text == _text ? 0 : 1;
+    view.Execute(_answer);
     return false;
   }
   std::string Failure() const override {
@@ -113,15 +117,13 @@ class Call : public Workload {
   static constexpr int kCount = 2'000;
   static constexpr std::array<const char*, 2> kNames = {"ascii", "cjk"};
 
-  // 64 bytes, or 64 characters beyond ASCII.
-  std::string Text() const {
-    return _rung == 0 ? Repeated("0123456789abcdef", 64) : Repeated("漢字仮名", 64 * 3);
-  }
-  bool Ask(View& view) {
+  void Ask(View& view) {
+    // 64 bytes, or 64 characters beyond ASCII.
+    _text = _rung == 0 ? Repeated("0123456789abcdef", 64) : Repeated("漢字仮名", 64 * 3);
+    _answer = "answer(\"" + _text + "\")";
     _last = 0;
     _times.clear();
-    view.Execute("callMany(" + std::to_string(kCount) + ", \"" + Text() + "\")");
-    return false;
+    view.Execute("callMany(" + std::to_string(kCount) + ", \"" + _text + "\")");
   }
   void Finish() {
     // The first call has none before it.
@@ -135,6 +137,9 @@ class Call : public Workload {
   }
 
   size_t _rung = 0;
+  // What a rung sends, and the script that answers it.
+  std::string _text;
+  std::string _answer;
   int64_t _last = 0;
   std::vector<int64_t> _times;
   int _wrong = 0;

@@ -23,7 +23,8 @@ sys.path.insert(0, str(REPOSITORY / "host" / "python"))
 sys.path.insert(0, str(Path(__file__).resolve().parent))
 
 import targets  # noqa: E402
-from harness import Host, NativeErrors, Server, descendants, scaled  # noqa: E402
+from harness import Host, NativeErrors, Server, scaled  # noqa: E402
+from processes import session_members  # noqa: E402
 
 LIMIT_SECONDS = 40
 
@@ -133,7 +134,7 @@ class Output:
 def end_group(child):
     """Ends what is left of the child's session, and tells what that was, after a moment for the engine's own end."""
     deadline = time.monotonic() + scaled(5)
-    while (left := descendants(session=child.pid)) and time.monotonic() < deadline:
+    while (left := session_members(child.pid)) and time.monotonic() < deadline:
         # The system tells no event for the end of processes that are not this one's children.
         time.sleep(0.02)
     if left:

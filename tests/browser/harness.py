@@ -12,19 +12,14 @@ from pathlib import Path
 import orbcef
 import targets
 from orbcef import LoadingStateChanged, StringsReceived, scaled
-from processes import children, kill_process, open_files, session_members  # noqa: F401
+from processes import children, open_files
 from targets import REPOSITORY  # noqa: F401
-
-
-def descendants(session=None, parent=None):
-    """(pid, command line) of the living processes of a session, or of a process's children."""
-    return children(parent) if session is None else session_members(session)
 
 
 def wait_for_no_children(seconds=5.0):
     """What is left of this process's children once they had time for an end of their own."""
     deadline = time.monotonic() + scaled(seconds)
-    while (left := descendants(parent=os.getpid())) and time.monotonic() < deadline:
+    while (left := children(os.getpid())) and time.monotonic() < deadline:
         # The engine reaps its own children, so a wait for their end must look again and again.
         time.sleep(0.02)
     return left

@@ -5,9 +5,10 @@ import threading
 
 import orbcef
 import targets
-from harness import Host, descendants
+from harness import Host
 from orbcef import (AddressChanged, LoadingStateChanged, StateChanged, StringsReceived, TitleChanged,
                     V8Context)
+from processes import children
 
 PLAIN = "xortv://webapps/Test/plain.html"
 ECHO = "xortv://webapps/Test/echo.html"
@@ -131,5 +132,5 @@ def test_the_console_comes_when_asked_for(open_view):
 
 def test_the_helper_is_the_only_sub_process(open_view):
     open_view(PLAIN)
-    commands = [command for _, command in descendants(parent=os.getpid())]
+    commands = [command for _, command in children(os.getpid())]
     assert commands and all(command.startswith(str(Host.HELPER)) for command in commands)

@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include "ExpectRect.h"
 #include "FreshProcess.h"
 
 namespace {
@@ -91,15 +92,6 @@ class PlatformWindowingTest : public testing::Test {
  private:
   xcb_connection_t* _x = nullptr;
 };
-
-#define EXPECT_RECT(ex, ey, ewidth, eheight, actual) \
-  do {                                               \
-    const Rect rect_of_test = (actual);              \
-    EXPECT_EQ(ex, rect_of_test.x);                   \
-    EXPECT_EQ(ey, rect_of_test.y);                   \
-    EXPECT_EQ(ewidth, rect_of_test.width);           \
-    EXPECT_EQ(eheight, rect_of_test.height);         \
-  } while (false)
 
 TEST_F(PlatformWindowingTest, MoveResizePlacesAWindowInItsParent) {
   const xcb_window_t top = NewWindow(root, 10, 20, 300, 200);

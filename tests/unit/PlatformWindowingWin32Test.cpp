@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include "ExpectRect.h"
+
 namespace {
 
 using platform::Point;
@@ -38,15 +40,6 @@ class PlatformWindowingWin32Test : public testing::Test {
 
   const HWND top;
 };
-
-#define EXPECT_RECT(ex, ey, ewidth, eheight, actual) \
-  do {                                               \
-    const Rect rect_of_test = (actual);              \
-    EXPECT_EQ(ex, rect_of_test.x);                   \
-    EXPECT_EQ(ey, rect_of_test.y);                   \
-    EXPECT_EQ(ewidth, rect_of_test.width);           \
-    EXPECT_EQ(eheight, rect_of_test.height);         \
-  } while (false)
 
 TEST_F(PlatformWindowingWin32Test, MoveResizePlacesAWindowInItsParentAndKeepsTheOrder) {
   const HWND upper = Child(top, 0, 0, 5, 5);

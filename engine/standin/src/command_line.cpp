@@ -1,8 +1,6 @@
 // Command lines: a program, switches and arguments, in the engine's order of them.
 #include "command_line.h"
 
-#include <algorithm>
-#include <cctype>
 #include <map>
 #include <vector>
 
@@ -10,16 +8,11 @@
 #include "glue_conversions.h"
 #include "neutral_classes.h"
 #include "script.h"
+#include "utf.h"
 
 namespace standin {
 
 namespace {
-
-std::string Lower(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return text;
-}
 
 // Splits at blanks that stand outside of quotes.
 std::vector<std::string> SplitCommand(const std::string& text) {

@@ -10,6 +10,7 @@
 #include "include/capi/cef_functions.h"
 #include "include/cef_parser.h"
 #include "script.h"
+#include "utf.h"
 
 namespace standin {
 
@@ -36,12 +37,6 @@ Schemes& TheSchemes() {
 bool IsStandard(const std::string& scheme) {
   const std::lock_guard<std::mutex> guard(TheSchemes().lock);
   return DefaultPorts().count(scheme) > 0 || TheSchemes().added.count(scheme) > 0;
-}
-
-std::string Lower(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return text;
 }
 
 // Blanks around the text and line ends within it do not count.

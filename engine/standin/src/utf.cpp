@@ -1,5 +1,8 @@
 #include "utf.h"
 
+#include <algorithm>
+#include <cctype>
+
 namespace standin {
 
 namespace {
@@ -94,6 +97,12 @@ void AppendUtf16(std::u16string& text, char32_t code) {
   code -= 0x10000;
   text.push_back(static_cast<char16_t>(0xD800 + (code >> 10)));
   text.push_back(static_cast<char16_t>(0xDC00 + (code & 0x3FF)));
+}
+
+std::string Lower(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return text;
 }
 
 }  // namespace standin

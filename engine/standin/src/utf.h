@@ -20,4 +20,7 @@ CodePoint NextOfUtf16(const char16* text, size_t length, size_t& at);
 void AppendUtf8(std::string& text, char32_t code);
 void AppendUtf16(std::u16string& text, char32_t code);
 
+// With its ASCII letters in lower case.
+std::string Lower(std::string text);
+
 }  // namespace standin
