@@ -5,7 +5,8 @@
 
 Without a target the suites run on the build for this machine, and without a suite all run that a
 target has; those for Windows run on wine. The last line on standard output is "N passed, N failed", with
-", N skipped" where tests were. The exit code is 0 only if nothing failed and every suite ran a test.
+", N skipped" where tests were, after the ends of what the failed ones told. The exit code is 0 only
+if nothing failed and every suite ran a test.
 """
 from __future__ import annotations
 
@@ -16,7 +17,9 @@ import shutil
 import subprocess
 import sys
 import tempfile
-from dataclasses import dataclass, field
+import time
+from concurrent.futures import ThreadPoolExecutor
+from dataclasses import dataclass, field, replace
 from pathlib import Path
 from typing import Callable, Iterator
 
@@ -29,6 +32,11 @@ from wine import WineError, wine_prefix
 BUILD = Path(os.environ.get("ORBCEF_BUILD_DIR", SOURCE_ROOT / "build" / "linux-x64"))
 REPORTS = BUILD / "test-reports"
 PROGRAM_SECONDS = 900
+# Two for two cores. A browser test waits for more than half of its time.
+WORKERS = 2
+BROWSER_WORKERS = 4
+# Of what a failed test told, at the end of all.
+FAILURE_LINES = 40
 # For a test that hangs; the suites' own limits are far below.
 TEST_SECONDS = 180
 CHECKS = (
@@ -76,18 +84,22 @@ def run_pytest(name: str, *places: str, options: tuple[str, ...] = ()) -> Suite:
 def run_programs(suite: str) -> Suite:
     """The programs of GoogleTest that the build registered under the suite's name."""
 
+    def run_one(program: Program, arguments: list[str]) -> Counts:
+        report = _fresh_report(f"{program.name}.xml")
+        # The drive makes it an absolute name for a program for Windows.
+        drive = "Z:" if BUILD.name == WINDOWS else ""
+        options = [f"--gtest_output=xml:{drive}{report}", "--gtest_brief=1", *arguments]
+        done = _run_program(program, options, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+        counts = test_results.with_exit_status(test_results.from_junit(report), done.returncode)
+        if counts.failed:
+            print(done.stdout, end="", flush=True)
+        _tell(program.name, counts)
+        return counts
+
     def run(arguments: list[str]) -> Counts:
-        total = Counts()
-        for program in _programs(suite):
-            report = _fresh_report(f"{program.name}.xml")
-            # The drive makes it an absolute name for a program for Windows.
-            drive = "Z:" if BUILD.name == WINDOWS else ""
-            options = [f"--gtest_output=xml:{drive}{report}", "--gtest_brief=1", *arguments]
-            status = _run_program(program, options).returncode
-            counts = test_results.with_exit_status(test_results.from_junit(report), status)
-            _tell(program.name, counts)
-            total += counts
-        return total
+        with ThreadPoolExecutor(WORKERS) as workers:
+            counts = workers.map(lambda program: run_one(program, arguments), _programs(suite))
+            return sum(counts, Counts())
 
     return run
 
@@ -132,9 +144,8 @@ SUITES: dict[str, Suite] = {
     "abi": run_abi,
     "unit": run_programs("unit"),
     "script": run_script,
-    # Two workers for two cores: the engine's own processes are what costs.
-    "browser": run_pytest("browser", "tests/browser", options=("-n", "2")),
-    "road": run_pytest("road", *ROAD, options=("-n", "2")),
+    "browser": run_pytest("browser", "tests/browser", options=("-n", str(BROWSER_WORKERS))),
+    "road": run_pytest("road", *ROAD, options=("-n", str(BROWSER_WORKERS))),
     "standin": run_programs("standin"),
 }
 
@@ -189,11 +200,13 @@ def run_target(target: str, names: list[str], arguments: list[str]) -> Counts:
             for name in wanted:
                 label = name if target == HOME else f"{target} {name}"
                 print(f"== {label}", flush=True)
+                begin = time.monotonic()
                 counts = SUITES[name](arguments)
                 if counts.ran == 0:
                     counts += _failure("no test ran")
-                _tell(label, counts)
-                total += counts
+                _tell(label, counts, f" in {time.monotonic() - begin:.0f} s")
+                failures = tuple(f"{label}: {failure}" for failure in counts.failures)
+                total += replace(counts, failures=failures)
     except WineError as error:
         total += _failure(str(error))
     return total
@@ -222,6 +235,9 @@ def main(arguments: list[str]) -> int:
         os.environ.pop("WAYLAND_DISPLAY", None)
         for target in targets or [HOME]:
             total += run_target(target, names, arguments)
+    for failure in total.failures:
+        first, *lines = failure.splitlines()
+        print(f"failed: {first}", *(f"    {line}" for line in lines[-FAILURE_LINES:]), sep="\n")
     print(total, flush=True)
     return 1 if total.failed else 0
 
@@ -258,12 +274,12 @@ def _fresh_report(name: str) -> Path:
 
 
 def _run_program(
-    program: Program, arguments: list[str], stdout: int | None = None
+    program: Program, arguments: list[str], **outputs: int | None
 ) -> subprocess.CompletedProcess:
     # A folder of its own: what an engine without a cache directory drops must not reach the sources.
     with tempfile.TemporaryDirectory() as folder:
         command = [*program.command, *arguments]
-        return _run_captured(command, program.seconds, program.environment, folder, stdout)
+        return _run_captured(command, program.seconds, program.environment, folder, **outputs)
 
 
 def _run(command: list[str]) -> int:
@@ -276,6 +292,7 @@ def _run_captured(
     environment: dict[str, str] | None = None,
     folder: str | None = None,
     stdout: int | None = subprocess.PIPE,
+    stderr: int | None = None,
 ) -> subprocess.CompletedProcess:
     """Runs a program to its end; one that cannot be started or does not end has failed."""
     try:
@@ -285,26 +302,30 @@ def _run_captured(
             env={**os.environ, **(environment or {})},
             stdin=subprocess.DEVNULL,
             stdout=stdout,
+            stderr=stderr,
             text=True,
             errors="replace",
             timeout=seconds,
             check=False,
         )
-    except subprocess.TimeoutExpired:
-        print(f"{command[0]} did not end within {seconds} seconds", flush=True)
+    except subprocess.TimeoutExpired as error:
+        said = error.stdout.decode(errors="replace") if error.stdout else ""
+        text = f"{said}{command[0]} did not end within {seconds} seconds\n"
     except OSError as error:
-        print(f"{command[0]} could not be started: {error.strerror}", flush=True)
-    return subprocess.CompletedProcess(command, 1, stdout="")
+        text = f"{command[0]} could not be started: {error.strerror}\n"
+    if stdout is None:
+        print(text, end="", flush=True)
+    return subprocess.CompletedProcess(command, 1, stdout=text)
 
 
-def _tell(name: str, counts: Counts) -> None:
+def _tell(name: str, counts: Counts, rest: str = "") -> None:
     # The mark in front keeps these lines apart from the one closing line.
-    print(f"== {name}: {counts}", flush=True)
+    print(f"== {name}: {counts}{rest}", flush=True)
 
 
 def _failure(text: str) -> Counts:
     print(f"failed: {text}", flush=True)
-    return Counts(failed=1)
+    return test_results.failure(text)
 
 
 if __name__ == "__main__":

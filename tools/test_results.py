@@ -7,7 +7,7 @@ from __future__ import annotations
 
 import re
 import xml.etree.ElementTree as ElementTree
-from dataclasses import dataclass
+from dataclasses import dataclass, field
 from pathlib import Path
 
 TAP_TOTALS = ("tests", "pass", "fail", "cancelled", "skipped", "todo")
@@ -15,15 +15,19 @@ TAP_TOTALS = ("tests", "pass", "fail", "cancelled", "skipped", "todo")
 
 @dataclass(frozen=True)
 class Counts:
-    """How many tests of a suite passed, failed and were skipped."""
+    """How many tests of a suite passed, failed and were skipped, and what is known of the failures."""
 
     passed: int = 0
     failed: int = 0
     skipped: int = 0
+    failures: tuple[str, ...] = field(default=(), compare=False)
 
     def __add__(self, other: Counts) -> Counts:
         return Counts(
-            self.passed + other.passed, self.failed + other.failed, self.skipped + other.skipped
+            self.passed + other.passed,
+            self.failed + other.failed,
+            self.skipped + other.skipped,
+            self.failures + other.failures,
         )
 
     def __str__(self) -> str:
@@ -39,8 +43,12 @@ def with_exit_status(counts: Counts, status: int) -> Counts:
     """Adds one failure where the exit status tells of one that the counts do not show, and where
     nothing ran at all."""
     if (status != 0 and counts.failed == 0) or counts.ran == 0:
-        return counts + Counts(failed=1)
+        return counts + failure(f"a program ended with status {status}")
     return counts
+
+
+def failure(text: str) -> Counts:
+    return Counts(failed=1, failures=(text,))
 
 
 def from_junit(path: Path) -> Counts:
@@ -56,8 +64,9 @@ def from_junit(path: Path) -> Counts:
 
 
 def _of_case(case: ElementTree.Element) -> Counts:
-    if case.find("failure") is not None or case.find("error") is not None:
-        return Counts(failed=1)
+    for told in (*case.iter("failure"), *case.iter("error")):
+        name = f"{case.get('classname', '')}.{case.get('name', '')}"
+        return failure(f"{name}\n{told.text or told.get('message', '')}".rstrip())
     if case.find("skipped") is not None or case.get("result") in ("skipped", "suppressed"):
         return Counts(skipped=1)
     # GoogleTest marks a disabled test so; pytest writes no status.
@@ -92,7 +101,8 @@ def from_check_lines(output: str) -> Counts:
     """Reads a program that prints "ok …" or "not ok …" for each check and at its end the plan
     "1..N": without the plan, or with another number of checks, it did not get to its end."""
     verdicts = re.findall(r"^(ok|not ok)\b", output, flags=re.MULTILINE)
-    counts = Counts(passed=verdicts.count("ok"), failed=verdicts.count("not ok"))
+    failures = tuple(re.findall(r"^not ok\b.*", output, flags=re.MULTILINE))
+    counts = Counts(verdicts.count("ok"), len(failures), failures=failures)
     plans = re.findall(r"^1\.\.(\d+)$", output, flags=re.MULTILINE)
     if plans != [str(len(verdicts))]:
         return counts + Counts(failed=1)

@@ -28,12 +28,18 @@ FONTS = Path("/usr/share/wine/fonts")
 MAKE_SECONDS = 300
 
 # Changes with each change of what `_make` does, so that an old prefix is made again.
-RECIPE = "2"
+RECIPE = "3"
+REPLACED_KEY = r"HKCU\Software\Wine\Fonts\Replacements"
 FONT_KEY = r"HKLM\Software\Microsoft\Windows NT\CurrentVersion\Fonts"
 REGISTRY = (
     # Without this font the engine's UI thread looks for it until its stack ends.
     (FONT_KEY, "Tahoma (TrueType)", "tahoma.ttf"),
     (FONT_KEY, "Tahoma Bold (TrueType)", "tahomabd.ttf"),
+    # The fonts that the engine takes as a last resort. Without one of them text without a font of its
+    # own is not seen, and the renderer faults where it paints the mark of a list or a summary.
+    (REPLACED_KEY, "Arial", "Liberation Sans"),
+    (REPLACED_KEY, "Times New Roman", "Liberation Serif"),
+    (REPLACED_KEY, "Courier New", "Liberation Mono"),
     # The display has no window manager: wine would wait two seconds for its answer again and again.
     (r"HKCU\Software\Wine\X11 Driver", "Managed", "N"),
     # There is no sound here, and each process would look for it at length.
@@ -118,6 +124,9 @@ def _resident(variables: dict[str, str]) -> Iterator[None]:
         stderr=subprocess.DEVNULL,
     )
     try:
+        # The first window starts wine's desktop, which keeps the outputs of the program that opens
+        # it. A test that reads a program to the end of its output would read for ever.
+        _quietly(["wine64", "rundll32.exe", "user32.dll,GetDesktopWindow"], variables)
         yield
     finally:
         # The command interpreter ends with its input.
@@ -151,8 +160,12 @@ def _output(command: list[str], variables: dict[str, str]) -> str:
 
 def _server(variables: dict[str, str], option: str) -> None:
     """Speaks to the prefix's own server; one that has ended already is fine."""
+    _quietly(["wineserver", option], variables)
+
+
+def _quietly(command: list[str], variables: dict[str, str]) -> None:
     subprocess.run(
-        [shutil.which("wineserver", path=SEARCH_PATH) or "wineserver", option],
+        [shutil.which(command[0], path=SEARCH_PATH) or command[0], *command[1:]],
         env=variables,
         stdin=subprocess.DEVNULL,
         stdout=subprocess.DEVNULL,

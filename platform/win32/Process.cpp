@@ -3,7 +3,9 @@
 #include <windows.h>
 
 #include <shellapi.h>
+#include <tlhelp32.h>
 
+#include <algorithm>
 #include <memory>
 #include <mutex>
 #include <set>
@@ -27,6 +29,40 @@ const char* Keep(std::string value) {
   return values.insert(std::move(value)).first->c_str();
 }
 
+struct HandleCloser {
+  void operator()(HANDLE handle) const { CloseHandle(handle); }
+};
+using OwnHandle = std::unique_ptr<void, HandleCloser>;
+
+ULONGLONG BeginOf(HANDLE process) {
+  FILETIME begin{};
+  FILETIME rest{};
+  GetProcessTimes(process, &begin, &rest, &rest, &rest);
+  return (static_cast<ULONGLONG>(begin.dwHighDateTime) << 32) | begin.dwLowDateTime;
+}
+
+std::vector<OwnHandle> Children(const std::wstring& program) {
+  std::vector<OwnHandle> children;
+  const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
+  if (snapshot == INVALID_HANDLE_VALUE)
+    return children;
+  const OwnHandle closer(snapshot);
+  PROCESSENTRY32W entry{};
+  entry.dwSize = sizeof(entry);
+  for (BOOL more = Process32FirstW(snapshot, &entry); more;
+       more = Process32NextW(snapshot, &entry)) {
+    if (entry.th32ParentProcessID != GetCurrentProcessId() ||
+        lstrcmpiW(entry.szExeFile, program.c_str()) != 0)
+      continue;
+    OwnHandle child(OpenProcess(SYNCHRONIZE | PROCESS_TERMINATE | PROCESS_QUERY_LIMITED_INFORMATION,
+                                FALSE, entry.th32ProcessID));
+    // An older process is the child of one that had this process's number before it.
+    if (child && BeginOf(child.get()) >= BeginOf(GetCurrentProcess()))
+      children.push_back(std::move(child));
+  }
+  return children;
+}
+
 }  // namespace
 
 std::vector<std::string> CommandLine() {
@@ -48,6 +84,20 @@ bool IsDpiAware() {
 
 void* ModuleHandle() {
   return GetModuleHandleW(nullptr);
+}
+
+void EndChildren(const std::string& program, std::chrono::milliseconds limit) {
+  using Clock = std::chrono::steady_clock;
+  const Clock::time_point deadline = Clock::now() + limit;
+  for (const OwnHandle& child : Children(ToWide(program))) {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
+    if (WaitForSingleObject(child.get(), static_cast<DWORD>(std::max<long long>(left, 0))) !=
+        WAIT_TIMEOUT)
+      continue;
+    TerminateProcess(child.get(), 1);
+    // The system ends it in its own time, and soon.
+    WaitForSingleObject(child.get(), static_cast<DWORD>(limit.count()));
+  }
 }
 
 const char* GetEnvironment(const char* name) {

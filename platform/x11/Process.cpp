@@ -53,6 +53,8 @@ void* ModuleHandle() {
   return nullptr;
 }
 
+void EndChildren(const std::string&, std::chrono::milliseconds) {}
+
 const char* GetEnvironment(const char* name) {
   return std::getenv(name);
 }

@@ -2,7 +2,7 @@
 
 import ctypes
 import re
-from ctypes import byref, c_int, c_size_t, c_ulong, c_ushort, c_void_p, c_wchar, c_wchar_p
+from ctypes import byref, c_int, c_size_t, c_ulong, c_ulonglong, c_ushort, c_void_p, c_wchar, c_wchar_p
 from pathlib import Path
 
 _kernel32 = ctypes.WinDLL("kernel32", use_last_error=True)
@@ -55,6 +55,8 @@ for _name, _result, _arguments in (
     ("ReadProcessMemory", c_int, [c_void_p, c_void_p, c_void_p, c_size_t, c_void_p]),
     ("CreateFileW", c_void_p, [c_wchar_p, c_ulong, c_ulong, c_void_p, c_ulong, c_ulong, c_void_p]),
     ("CloseHandle", c_int, [c_void_p]),
+    ("GetCurrentProcess", c_void_p, []),
+    ("GetProcessTimes", c_int, [c_void_p, c_void_p, c_void_p, c_void_p, c_void_p]),
 ):
     getattr(_kernel32, _name).restype = _result
     getattr(_kernel32, _name).argtypes = _arguments
@@ -72,11 +74,28 @@ def children(pid):
         more = _kernel32.Process32NextW(snapshot, byref(entry))
     _kernel32.CloseHandle(snapshot)
     # One that has ended in between has no command line any more.
-    return [(child, line) for child in found if (line := _command_line(child)) is not None]
+    return [(child, line) for child in found if _is_younger(child) and (line := _command_line(child)) is not None]
 
 
 def session_members(session):
     raise NotImplementedError("the parent of the tests looks at sessions, and does not run here")
+
+
+def _is_younger(pid):
+    """False for the child of a process that had this one's number before it."""
+    process = _kernel32.OpenProcess(_PROCESS_QUERY_INFORMATION, 0, pid)
+    if not process:
+        return False
+    try:
+        return _begin(process) >= _begin(_kernel32.GetCurrentProcess())
+    finally:
+        _kernel32.CloseHandle(process)
+
+
+def _begin(process):
+    begin, rest = c_ulonglong(), c_ulonglong()
+    _kernel32.GetProcessTimes(process, byref(begin), byref(rest), byref(rest), byref(rest))
+    return begin.value
 
 
 def _command_line(pid):

@@ -234,7 +234,29 @@ def test_programs_get_their_registered_environment_and_limit(own_build):
         'add_test(abi_b "/bin/sh" "-c" "echo ok; echo 1..1; exec sleep 30")\n'
         'set_tests_properties(abi_b PROPERTIES TIMEOUT 0.2)\n'
     )
-    assert run_tests.run_abi([]) == Counts(1, 1)
+    # What the second one said before its limit counts too.
+    assert run_tests.run_abi([]) == Counts(2, 1)
+
+
+def test_a_program_is_heard_only_if_it_failed(monkeypatch, own_build, capsys):
+    passes = f"{REPORT}; mkdir -p $(dirname $f); echo '{PASSING}' > $f"
+    register_programs(monkeypatch, own_build, {
+        "good": f"{passes}; echo good out; echo good error >&2",
+        "bad": f"{passes}; echo bad out; echo bad error >&2; exit 1",
+    })
+    assert run_tests.run_programs("unit")([]) == Counts(2, 1)
+    out = capsys.readouterr().out
+    assert "bad out\nbad error\n" in out and "good " not in out
+
+
+def test_what_the_failed_ones_told_stands_at_the_end(monkeypatch, capsys):
+    text = "a.test\n" + "\n".join(f"line {n}" for n in range(100))
+    use_suites(monkeypatch, one=Counts(3, 1, failures=(text,)), two=Counts(4))
+    assert run_tests.main([]) == 1
+    lines = capsys.readouterr().out.splitlines()
+    begin = lines.index("failed: one: a.test")
+    kept = [f"    line {n}" for n in range(100 - run_tests.FAILURE_LINES, 100)]
+    assert lines[begin + 1:] == [*kept, "7 passed, 1 failed"]
 
 
 def test_a_program_that_was_not_built_fails(monkeypatch, own_build, capsys):

@@ -50,6 +50,16 @@ def test_junit(tmp_path, text, counts):
     assert test_results.from_junit(report) == counts
 
 
+def test_a_failure_has_a_name_and_a_text(tmp_path):
+    report = tmp_path / "r.xml"
+    report.write_text(
+        '<testsuites><testcase classname="a" name="b"><failure message="short">long</failure></testcase>'
+        '<testcase classname="c" name="d"><error message="short"/></testcase></testsuites>'
+    )
+    assert test_results.from_junit(report).failures == ("a.b\nlong", "c.d\nshort")
+    assert test_results.from_check_lines("ok - a\nnot ok - b\n1..2\n").failures == ("not ok - b",)
+
+
 @pytest.mark.parametrize("text", ["", GTEST[: len(GTEST) // 2]])
 def test_a_cut_junit_report_is_a_failure(tmp_path, text):
     report = tmp_path / "r.xml"

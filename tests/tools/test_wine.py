@@ -50,7 +50,10 @@ def test_a_prefix_is_made_once_and_its_server_is_ended_each_time(prefix):
     assert first[-2:] == ["wineserver -k", "wineserver -w"]
     with wine.wine_prefix(prefix):
         pass
-    assert calls(prefix) == ["wine64 --version", "wine64 cmd.exe", "wineserver -k", "wineserver -w"]
+    version, *both, kill, wait = calls(prefix)
+    assert (version, kill, wait) == ("wine64 --version", "wineserver -k", "wineserver -w")
+    # They start side by side.
+    assert sorted(both) == ["wine64 cmd.exe", "wine64 rundll32.exe user32.dll,GetDesktopWindow"]
 
 
 def test_another_version_of_wine_gets_a_new_prefix(prefix, monkeypatch):

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "CapturedLog.h"
 #include "FakeTools.h"
 #include "FreshProcess.h"
@@ -147,15 +149,61 @@ TEST(ORBCefToolsWrapperMTTest, ALogTopicIsAnyPartOfTheVariable) {
 TEST(ORBCefToolsWrapperMTTest, TheInstallPathIsReadOnce) {
   fresh_process::Run([] {
     FakeTools tools;
-    tools.Set("ORBInstallPath", "/a;/b");
-    EXPECT_EQ("/a;/b", Wrapper::InstallPath());
-    tools.Set("ORBInstallPath", "/c");
-    EXPECT_EQ("/a;/b", Wrapper::InstallPath());
+    TempDirectory first;
+    TempDirectory second;
+    const std::string roots = first.Path() + ";" + second.Path();
+    tools.Set("ORBInstallPath", roots);
+    EXPECT_EQ(roots, Wrapper::InstallPath());
+    tools.Set("ORBInstallPath", second.Path());
+    EXPECT_EQ(roots, Wrapper::InstallPath());
   });
   fresh_process::Run([] {
     FakeTools tools;
     EXPECT_EQ("", Wrapper::InstallPath());
   });
+}
+
+TEST(ORBCefToolsWrapperMTTest, ARelativeRootStaysWhereItWasAtTheFirstCall) {
+  fresh_process::Run([] {
+    FakeTools tools;
+    TempDirectory root;
+    root.Write("webapps/a.txt", "x");
+    // The temporary directory may stand on another drive, where no relative path leads.
+    const std::filesystem::path folder = root.Path();
+    std::filesystem::current_path(folder.parent_path());
+    tools.Set("ORBInstallPath", folder.filename().string() + ";" + root.Path());
+    const std::string roots = Wrapper::InstallPath();
+    std::filesystem::current_path(folder);
+    EXPECT_EQ(roots, Wrapper::InstallPath());
+    const std::string first = Wrapper::SplitString(roots, ';').front();
+    EXPECT_FALSE(platform::IsRelative(first));
+    EXPECT_TRUE(std::filesystem::equivalent(folder, first));
+    EXPECT_NE("", Wrapper::FindFileOnPaths("webapps/a.txt", first));
+    // A directory that is somebody's current one cannot be removed everywhere.
+    std::filesystem::current_path(folder.parent_path());
+  });
+}
+
+TEST(ORBCefToolsWrapperMTTest, OnlyARelativeRootIsPutIntoTheHostsEnvironment) {
+  TempDirectory root;
+  const std::string absolute = platform::MakeAbsolute("a");
+  const std::pair<std::string, std::vector<std::string>> kCases[] = {
+      {"", {}},
+      {root.Path(), {}},
+      {root.Path() + ";" + root.Path() + ";", {}},
+      {"a", {"put_env ORBInstallPath=" + absolute}},
+      {root.Path() + ";a", {"put_env ORBInstallPath=" + root.Path() + ";" + absolute}},
+  };
+  for (const auto& [roots, calls] : kCases) {
+    FakeTools tools;
+    tools.Set("ORBInstallPath", roots);
+    Wrapper::FixInstallPath();
+    Wrapper::FixInstallPath();
+    EXPECT_EQ(calls, tools.Calls()) << roots;
+  }
+  FakeTools tools;
+  Wrapper::FixInstallPath();
+  EXPECT_THAT(tools.Calls(), IsEmpty());
 }
 
 TEST(ORBCefToolsWrapperMTTest, TheBaseLanguageEndsAtTheFirstHyphen) {

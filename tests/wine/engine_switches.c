@@ -6,7 +6,9 @@
 // So the module and its helper are those of a release, byte for byte, and know nothing of this.
 
 #include <stddef.h>
+#include <windows.h>
 
+#include "engine_waits.h"
 #include "include/capi/cef_functions.h"
 #include "include/capi/cef_structs.h"
 
@@ -51,4 +53,14 @@ __declspec(dllexport) int CEF_CALLBACK
     application->on_before_command_line_processing = &add_switches;
   }
   return engine_cef_initialize(args, settings, application, windows_sandbox_info);
+}
+
+BOOL WINAPI DllMain(HINSTANCE library, DWORD reason, void* reserved) {
+  (void)library;
+  (void)reserved;
+  if (reason == DLL_PROCESS_ATTACH) {
+    // Loaded already, since this library imports from it.
+    correct_waits(GetModuleHandleW(L"libcef_engine.dll"));
+  }
+  return TRUE;
 }

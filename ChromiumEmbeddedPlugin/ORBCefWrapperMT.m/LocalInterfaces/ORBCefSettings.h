@@ -11,6 +11,13 @@
 
 namespace ORBCefSettings {
 
+// The executable of the engine's sub-processes.
+#if defined(OS_WIN)
+inline constexpr char kHelperFile[] = "7XOWebHelper.exe";
+#else
+inline constexpr char kHelperFile[] = "7XOWebHelper";
+#endif
+
 // `language` is the locale tag; empty leaves the locale to the engine.
 void Fill(CefSettings& settings, const CefString& language);
 

@@ -36,8 +36,17 @@ std::string GetUserAgentProduct();
 // The value of ORBCEF_LOG contains `topic`.
 bool IsLogTopicEnabled(const std::string& topic);
 
-// Value of ORBInstallPath: the installation roots separated by ";". Empty if unset.
+// Value of ORBInstallPath at the first call: the installation roots separated by ";". Empty if
+// unset.
 const std::string& InstallPath();
+
+// The value that it has now. A relative root is one below the current directory.
+std::string CurrentInstallPath();
+
+// Makes relative roots absolute in the host's environment. The engine changes the current directory
+// for moments, when it loads a library; a relative root would lead elsewhere then, in this process
+// and in the engine's own ones, which start in the directory of the moment.
+void FixInstallPath();
 
 // The text before the first "-".
 std::string BaseLanguage(const std::string& tag);

@@ -95,7 +95,12 @@ orbcefstring_c* CloneString(const orbcefstring_c* record) {
 namespace ORBCefConversionToolsWrapperMT {
 
 orbcefstring_c* ToCString(const CefString& text) {
-  return ToCString(text.ToString());
+  // Straight into the record: what a page sends may be megabytes long.
+  cef_string_utf8_t utf8{};
+  cef_string_utf16_to_utf8(text.c_str(), text.length(), &utf8);
+  orbcefstring_c* record = NewString(utf8.str, utf8.length);
+  cef_string_utf8_clear(&utf8);
+  return record;
 }
 
 orbcefstring_c* ToCString(const std::string& text) {

@@ -11,6 +11,7 @@
 #include "ORBCefSettings.h"
 #include "ORBCefStartedEvent.h"
 #include "ORBCefToolsAccessor.h"
+#include "ORBCefToolsWrapperMT.h"
 #include "include/base/cef_build.h"
 #include "platform/HostWait.h"
 #include "platform/Process.h"
@@ -58,14 +59,20 @@ constexpr char kLivingBrowsers[] = "The engine is shut down while browsers have 
 // Far longer than a start takes; a stop that is asked for must come to its end in any case.
 constexpr std::chrono::seconds kStartLimit{10};
 
+// What the engine's processes take to notice that the engine is gone, and far more.
+constexpr std::chrono::seconds kChildrenLimit{5};
+
 // The engine faults when it is stopped before it has come up, and while browsers live. A host hears
-// nothing of the one, and of the other nothing after a close, so this waits for both.
+// nothing of the one, and of the other nothing after a close, so this waits for both. On Windows a
+// renderer that is starting in that moment may not notice the end, and would stay as long as the
+// host.
 void CallShutdown() {
   if (!ORBCefStartedEvent::Instance().WaitFor(kStartLimit))
     ORBCefLog::Error(ORBCefLog::kBrowserProcess, kNotStarted);
   if (!ORBCefLivingBrowsers::Instance().CloseAllAndWait())
     ORBCefLog::Error(ORBCefLog::kBrowserProcess, kLivingBrowsers);
   CefShutdown();
+  platform::EndChildren(ORBCefSettings::kHelperFile, kChildrenLimit);
 }
 
 }  // namespace
@@ -85,6 +92,7 @@ void ORBCefEngine::InitializeEngine(const Calls& calls) {
   if (platform::IsDpiAware())
     EnableHighDpiSupport();
   g_engine.language = ComputeLocaleTag();
+  ORBCefToolsWrapperMT::FixInstallPath();
 
   // Without an instance handle or arguments: the host's command line is not the engine's.
   const CefMainArgs args;

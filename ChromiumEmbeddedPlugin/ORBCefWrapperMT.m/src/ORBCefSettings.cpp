@@ -11,11 +11,7 @@ namespace ORBCefSettings {
 
 namespace {
 
-#if defined(OS_WIN)
-constexpr char kHelper[] = "code/bin/7XOWebHelper.exe";
-#else
-constexpr char kHelper[] = "code/bin/7XOWebHelper";
-#endif
+constexpr char kBinaries[] = "code/bin/";
 constexpr char kCacheDirectory[] = "WebCache";
 constexpr char kLogFile[] = "cef_client_debug.log";
 constexpr int kStackFrames = 20;
@@ -100,11 +96,9 @@ int DevToolsPort() {
 void Fill(CefSettings& settings, const CefString& language) {
   FillLogAndCache(settings);
 
-  // The roots may be relative, but the engine takes only an absolute path for a path.
-  const char* roots = Env("ORBInstallPath");
   SetText(settings.browser_subprocess_path,
-          platform::MakeAbsolute(
-              ORBCefToolsWrapperMT::FindFileOnPaths(kHelper, roots ? roots : std::string())));
+          ORBCefToolsWrapperMT::FindFileOnPaths(std::string(kBinaries) + kHelperFile,
+                                                ORBCefToolsWrapperMT::CurrentInstallPath()));
   settings.remote_debugging_port = DevToolsPort();
 
   settings.no_sandbox = 1;

@@ -11,6 +11,9 @@ namespace ORBCefToolsWrapperMT {
 
 namespace {
 
+constexpr char kInstallVariable[] = "ORBInstallPath";
+constexpr char kRootSeparator = ';';
+
 bool IsSet(const char* variable) {
   return ORBCefToolsAccessor::ORBGetEnv(variable) != nullptr;
 }
@@ -25,7 +28,7 @@ template <class Test>
 std::string FindOnPaths(const std::string& relative_path, const std::string& roots, Test test) {
   std::string relative = relative_path;
   ToNativeSeparators(relative);
-  for (const std::string& root : SplitString(roots, ';')) {
+  for (const std::string& root : SplitString(roots, kRootSeparator)) {
     std::string path = root + platform::kSeparator + relative;
     if (test(path))
       return path;
@@ -79,8 +82,21 @@ bool IsLogTopicEnabled(const std::string& topic) {
 
 const std::string& InstallPath() {
   // Never destroyed: the engine's threads may ask to the end of the process.
-  static const std::string& roots = *new std::string(ValueOf("ORBInstallPath"));
+  static const std::string& roots = *new std::string(CurrentInstallPath());
   return roots;
+}
+
+std::string CurrentInstallPath() {
+  std::vector<std::string> roots = SplitString(ValueOf(kInstallVariable), kRootSeparator);
+  for (std::string& root : roots) root = platform::MakeAbsolute(root);
+  return JoinStrings(roots, kRootSeparator);
+}
+
+void FixInstallPath() {
+  const std::vector<std::string> given = SplitString(ValueOf(kInstallVariable), kRootSeparator);
+  const std::string roots = CurrentInstallPath();
+  if (roots != JoinStrings(given, kRootSeparator))
+    ORBCefToolsAccessor::ORBPutEnv((std::string(kInstallVariable) + '=' + roots).c_str());
 }
 
 std::string BaseLanguage(const std::string& tag) {

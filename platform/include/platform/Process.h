@@ -4,6 +4,7 @@
 #ifndef PLATFORM_PROCESS_H
 #define PLATFORM_PROCESS_H
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,11 @@ bool IsDpiAware();
 
 // The system's handle of the program's image, null where there is no such thing.
 void* ModuleHandle();
+
+// Waits until the children of this process that run `program`, a file name, have ended, and ends
+// those that have not within `limit`. Where the engine's own starter process has the children, and
+// ends them with itself, there is nothing to do.
+void EndChildren(const std::string& program, std::chrono::milliseconds limit);
 
 // Value of an environment variable in UTF-8, null if it is unset. Valid until the next call on this
 // thread, or until the environment changes.
