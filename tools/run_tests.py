@@ -157,7 +157,7 @@ WINDOWS = "windows-x64"
 SANITIZED = ("standin", "road")
 TARGETS: dict[str, tuple[str, ...] | None] = {
     HOME: None,
-    WINDOWS: ("abi", "unit", "browser"),
+    WINDOWS: ("abi", "unit", "browser", "standin"),
     "linux-x64-asan": ("standin",),
     "linux-x64-tsan": ("standin",),
     "linux-x64-ubsan": ("unit", "road"),

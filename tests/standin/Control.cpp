@@ -1,6 +1,10 @@
 #include "Control.h"
 
+#if defined(_WIN32)
+#include <windows.h>
+#else
 #include <dlfcn.h>
+#endif
 
 #include <cstdio>
 #include <cstdlib>
@@ -10,14 +14,19 @@ namespace control {
 namespace {
 
 // The search path of the program leads to the same file as the binding's.
-void* Library() {
+void* Symbol(const char* name) {
+#if defined(_WIN32)
+  static const HMODULE library = LoadLibraryW(L"libcef.dll");
+  return library ? reinterpret_cast<void*>(GetProcAddress(library, name)) : nullptr;
+#else
   static void* const library = dlopen("libcef.so", RTLD_NOW | RTLD_LOCAL);
-  return library;
+  return library ? dlsym(library, name) : nullptr;
+#endif
 }
 
 template <class Function>
 Function* Find(const char* name) {
-  void* const found = Library() ? dlsym(Library(), name) : nullptr;
+  void* const found = Symbol(name);
   if (!found) {
     std::fprintf(stderr, "no %s: this is not the stand-in\n", name);
     std::_Exit(1);

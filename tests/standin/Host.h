@@ -28,6 +28,10 @@ void InOwnProcess(const std::function<void()>& body,
 // The same for a body that stores to address zero.
 void ExpectSegmentationFault(const std::function<void()>& body, int line = __builtin_LINE());
 
+// Ends this process, badly, when it has run for far too long: a test that hangs must not keep the
+// whole run.
+void EndAfterLimit();
+
 // A view's callback table. Any thread may call it.
 class Events {
  public:
@@ -99,6 +103,8 @@ class Host {
 
   FakeTools tools;
   TempDirectory root;
+  // The helper's path.
+  const std::string helper;
   orbcefglobal_c* const table;
 };
 

@@ -1,15 +1,10 @@
 #include "LoopbackServer.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <cstdlib>
 #include <utility>
 
 LoopbackServer::LoopbackServer(std::vector<std::string> answers) : _answers(std::move(answers)) {
-  _socket = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  _socket = standin::OpenSocket();
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
@@ -24,9 +19,15 @@ LoopbackServer::LoopbackServer(std::vector<std::string> answers) : _answers(std:
 
 LoopbackServer::~LoopbackServer() {
   // Wakes the thread if it still waits for a request.
-  shutdown(_socket, SHUT_RDWR);
+  shutdown(_socket, standin::kBothWays);
+#if defined(_WIN32)
+  // Only this ends a wait for a connection there.
+  standin::CloseSocket(_socket);
   _thread.join();
-  close(_socket);
+#else
+  _thread.join();
+  standin::CloseSocket(_socket);
+#endif
 }
 
 std::string LoopbackServer::Url(const std::string& path) const {
@@ -44,20 +45,20 @@ std::string LoopbackServer::Page(const std::string& body) {
 
 void LoopbackServer::Serve() {
   for (const std::string& answer : _answers) {
-    const int connection = accept(_socket, nullptr, nullptr);
-    if (connection < 0)
+    const standin::SocketHandle connection = accept(_socket, nullptr, nullptr);
+    if (!standin::IsOpen(connection))
       return;
     const std::string request = Receive(connection);
     {
       const std::lock_guard<std::mutex> guard(_lock);
       _requests.push_back(request);
     }
-    send(connection, answer.data(), answer.size(), MSG_NOSIGNAL);
-    close(connection);
+    standin::SendSome(connection, answer.data(), answer.size());
+    standin::CloseSocket(connection);
   }
 }
 
-std::string LoopbackServer::Receive(int connection) {
+std::string LoopbackServer::Receive(standin::SocketHandle connection) {
   constexpr char kLength[] = "Content-Length: ";
   std::string text;
   char block[1024];
@@ -68,7 +69,7 @@ std::string LoopbackServer::Receive(int connection) {
         length < end ? std::strtoul(text.c_str() + length + sizeof(kLength) - 1, nullptr, 10) : 0;
     if (end != std::string::npos && text.size() >= end + 4 + body)
       return text;
-    const ssize_t count = recv(connection, block, sizeof(block), 0);
+    const int count = standin::ReceiveSome(connection, block, sizeof(block));
     if (count <= 0)
       return text;
     text.append(block, static_cast<size_t>(count));

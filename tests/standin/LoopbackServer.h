@@ -8,6 +8,8 @@
 #include <thread>
 #include <vector>
 
+#include "orbcef_standin_sockets.h"
+
 class LoopbackServer {
  public:
   // Answers as they go over the wire, without the length.
@@ -25,10 +27,10 @@ class LoopbackServer {
 
  private:
   void Serve();
-  std::string Receive(int connection);
+  std::string Receive(standin::SocketHandle connection);
 
   const std::vector<std::string> _answers;
-  int _socket = -1;
+  standin::SocketHandle _socket;
   int _port = 0;
   std::thread _thread;
   mutable std::mutex _lock;

@@ -1,6 +1,10 @@
 #include "RendererProcess.h"
 
+#if defined(_WIN32)
+#include <windows.h>
+#else
 #include <unistd.h>
+#endif
 
 #include <cstdlib>
 #include <cstring>
@@ -20,7 +24,6 @@ namespace {
 constexpr char kRendererSwitch[] = "--type=renderer";
 // Names the part to run.
 constexpr char kPartVariable[] = "ORBCEF_STANDIN_PART";
-constexpr unsigned kProcessSeconds = 120;
 
 std::map<std::string, const Part*>& Parts() {
   static std::map<std::string, const Part*> parts;
@@ -29,7 +32,11 @@ std::map<std::string, const Part*>& Parts() {
 
 std::string OwnProgram() {
   char path[4096];
-  const ssize_t length = readlink("/proc/self/exe", path, sizeof(path));
+#if defined(_WIN32)
+  const auto length = GetModuleFileNameA(nullptr, path, sizeof(path));
+#else
+  const auto length = readlink("/proc/self/exe", path, sizeof(path));
+#endif
   return length > 0 ? std::string(path, static_cast<size_t>(length)) : std::string();
 }
 
@@ -78,7 +85,7 @@ int Serve(int argc, char** argv) {
   const auto found = Parts().find(name);
   if (found == Parts().end())
     return 1;
-  alarm(kProcessSeconds);
+  standin_host::EndAfterLimit();
   const Part& part = *found->second;
   testing::RegisterTest("RenderProcess", name, nullptr, nullptr, __FILE__, __LINE__,
                         [&part]() -> Page* { return new Page(part); });

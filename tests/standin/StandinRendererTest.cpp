@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "Control.h"
+#include "Environment.h"
 #include "Host.h"
 #include "RendererProcess.h"
 
@@ -48,7 +49,7 @@ TEST(StandinRendererTest, NativesSendTheirMessages) {
 }
 
 const Part kAnswers("answers", [] {
-  setenv("ORBCEF_STANDIN_VALUE", "value", 1);
+  SetEnvironment("ORBCEF_STANDIN_VALUE", "value");
   EXPECT_TRUE(control::Native("__getEnv", {"string:ORBCEF_STANDIN_VALUE"}));
   EXPECT_EQ(control::Last("native"), "__getEnv = \"value\"");
   EXPECT_TRUE(control::Native("__getEnv", {"null:"}));

@@ -3,6 +3,7 @@
 
 #include "Control.h"
 #include "Host.h"
+#include "platform/Files.h"
 
 namespace {
 
@@ -136,7 +137,8 @@ TEST_F(StandinResourceTest, AModuleAloneIsNotFoundAndNotMissed) {
     EXPECT_EQ(Headers("xortv://webapps/m"), "404 -1 ");
     EXPECT_THAT(host.Log(), Not(HasSubstr("locate module")));
     EXPECT_EQ(Headers("xortv://webapps/none/a.js"), "404 -1 ");
-    EXPECT_THAT(host.Log(), HasSubstr("[xortv] Impossible to locate module: webapps/none\n"));
+    EXPECT_THAT(host.Log(), HasSubstr(std::string("[xortv] Impossible to locate module: webapps") +
+                                      platform::kSeparator + "none\n"));
   });
 }
 

@@ -7,6 +7,7 @@
 #include "Environment.h"
 #include "Host.h"
 #include "include/cef_version.h"
+#include "platform/Process.h"
 
 namespace {
 
@@ -30,6 +31,17 @@ constexpr char kVersionLine[] =
 constexpr char kMajorLine[] = "CEF_VERSION_MAJOR 108\n";
 constexpr char kProduct[] = "Chrome/108.0.5359.125 7XO/";
 #endif
+
+// Only where processes are forked.
+#if defined(OS_WIN)
+constexpr char kNoZygote[] = "";
+#else
+constexpr char kNoZygote[] = " --no-zygote";
+#endif
+
+std::string DpiAware() {
+  return platform::IsDpiAware() ? " --dpi-aware" : "";
+}
 
 std::string OutputOf(uint32_t major, int32_t minor, const char* name, void** table = nullptr) {
   testing::internal::CaptureStdout();
@@ -77,8 +89,7 @@ TEST(StandinStartTest, TheSettingsReachTheEngine) {
     EXPECT_EQ(control::Last("settings.multi_threaded_message_loop"), "1");
     EXPECT_EQ(control::Last("settings.log_severity"), "99");
     EXPECT_EQ(control::Last("settings.log_file"), "");
-    EXPECT_EQ(control::Last("settings.browser_subprocess_path"),
-              host.root.Join("code/bin/7XOWebHelper"));
+    EXPECT_EQ(control::Last("settings.browser_subprocess_path"), host.helper);
     EXPECT_EQ(control::Last("settings.cache_path"), host.root.Join("cache"));
   });
 }
@@ -286,7 +297,8 @@ TEST(StandinCommandLineTest, TheBrowserProcessGetsItsSwitches) {
     host.Init();
     EXPECT_EQ(control::Last("command_line"),
               "program --disable-gpu --disable-gpu-compositing "
-              "--allow-universal-access-from-files --allow-file-access-from-files --no-zygote");
+              "--allow-universal-access-from-files --allow-file-access-from-files" +
+                  std::string(kNoZygote));
     Callback null_line("CefApp::OnBeforeCommandLineProcessing");
     EXPECT_TRUE(null_line.Null(0).Play());
     EXPECT_STREQ(null_line.text, "helper");
@@ -300,7 +312,8 @@ TEST(StandinCommandLineTest, EveryChildGetsFileAccessAndNothingIsAddedToNoLine) 
     EXPECT_TRUE(control::Wait("child_process"));
     EXPECT_EQ(control::Last("child_process"),
               "helper --type=gpu-process --allow-universal-access-from-files "
-              "--allow-file-access-from-files");
+              "--allow-file-access-from-files" +
+                  DpiAware());
     Callback null_line("CefBrowserProcessHandler::OnBeforeChildProcessLaunch", TID_IO);
     EXPECT_TRUE(null_line.Text(0, "utility").Null(0).Play());
     EXPECT_STREQ(null_line.text, "helper --type=utility");
@@ -315,10 +328,11 @@ TEST(StandinCommandLineTest, UnknownDebugTargetsStopEveryKindOfChild) {
       host.Init();
       Callback call("CefBrowserProcessHandler::OnBeforeChildProcessLaunch", TID_UI);
       EXPECT_TRUE(call.Text(0, "renderer").Play());
-      EXPECT_STREQ(call.text,
-                   "helper --type=renderer --allow-universal-access-from-files "
-                   "--allow-file-access-from-files --renderer-startup-dialog --gpu-startup-dialog "
-                   "--utility-startup-dialog");
+      EXPECT_EQ(call.text,
+                "helper --type=renderer --allow-universal-access-from-files "
+                "--allow-file-access-from-files --renderer-startup-dialog --gpu-startup-dialog "
+                "--utility-startup-dialog" +
+                    DpiAware());
     });
   }
 }

@@ -24,6 +24,12 @@ namespace {
   std::_Exit(testing::Test::HasFailure() ? 1 : 0);
 }
 
+std::string CalledFrom(int line) {
+  return "in the fresh process of line " + std::to_string(line);
+}
+
+}  // namespace
+
 bool DiedAtAddressZero(int status) {
 #if defined(_WIN32)
   return static_cast<unsigned>(status) == 0xC0000005u;
@@ -31,12 +37,6 @@ bool DiedAtAddressZero(int status) {
   return WIFSIGNALED(status) && WTERMSIG(status) == SIGSEGV;
 #endif
 }
-
-std::string CalledFrom(int line) {
-  return "in the fresh process of line " + std::to_string(line);
-}
-
-}  // namespace
 
 void Run(const std::function<void()>& body, const testing::Matcher<const std::string&>& log,
          int line) {

@@ -24,6 +24,9 @@ void ExpectDeath(const std::function<void()>& body,
                  const testing::Matcher<const std::string&>& log = testing::_,
                  int line = __builtin_LINE());
 
+// Tells by the status of a process that it stored to address zero.
+bool DiedAtAddressZero(int status);
+
 // Expects that the process ends with `code`.
 void ExpectExit(const std::function<void()>& body, int code,
                 const testing::Matcher<const std::string&>& log = testing::_,

@@ -1,9 +1,12 @@
 #include "audit.h"
 
-#include <unistd.h>
+#if defined(_WIN32)
+#include <windows.h>
+#endif
 
 #include <atomic>
 #include <cstdio>
+#include <cstdlib>
 #include <map>
 #include <mutex>
 
@@ -38,7 +41,12 @@ __attribute__((destructor)) void AuditTheEnd() {
     return;
   }
   std::fflush(nullptr);
-  _exit(kLeakStatus);
+#if defined(_WIN32)
+  // The process is ending already, and takes no other status than this way.
+  TerminateProcess(GetCurrentProcess(), kLeakStatus);
+#else
+  std::_Exit(kLeakStatus);
+#endif
 }
 
 }  // namespace

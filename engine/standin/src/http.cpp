@@ -1,14 +1,9 @@
 #include "http.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <strings.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <array>
 #include <cstdlib>
 
+#include "orbcef_standin_sockets.h"
 #include "requests.h"
 #include "url.h"
 
@@ -20,7 +15,7 @@ constexpr int kDefaultPort = 80;
 
 class Socket {
  public:
-  explicit Socket(int port) : _socket(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+  explicit Socket(int port) : _socket(OpenSocket()) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(static_cast<uint16_t>(port));
@@ -29,13 +24,13 @@ class Socket {
   }
   Socket(const Socket&) = delete;
   Socket& operator=(const Socket&) = delete;
-  ~Socket() { close(_socket); }
+  ~Socket() { CloseSocket(_socket); }
 
   bool IsConnected() const { return _is_connected; }
   bool Send(const std::string& text) const {
     size_t sent = 0;
     while (sent < text.size()) {
-      const ssize_t count = send(_socket, text.data() + sent, text.size() - sent, MSG_NOSIGNAL);
+      const int count = SendSome(_socket, text.data() + sent, text.size() - sent);
       if (count <= 0) {
         return false;
       }
@@ -46,14 +41,14 @@ class Socket {
   std::string ReceiveAll() const {
     std::string text;
     std::array<char, 4096> block;
-    for (ssize_t count; (count = recv(_socket, block.data(), block.size(), 0)) > 0;) {
+    for (int count; (count = ReceiveSome(_socket, block.data(), block.size())) > 0;) {
       text.append(block.data(), static_cast<size_t>(count));
     }
     return text;
   }
 
  private:
-  const int _socket;
+  const SocketHandle _socket;
   bool _is_connected = false;
 };
 
@@ -138,7 +133,7 @@ Resource FetchHttp(const CefRefPtr<CefRequest>& request) {
   resource.status = answer.status;
   resource.body = answer.body;
   for (const auto& [name, value] : answer.headers) {
-    if (strcasecmp(name.ToString().c_str(), "Content-Type") == 0) {
+    if (IsNamed(name, "Content-Type")) {
       resource.mime_type = value.ToString();
     }
   }

@@ -1,6 +1,5 @@
 #include "requests.h"
 
-#include <strings.h>
 #include <algorithm>
 #include <atomic>
 #include <cstring>
@@ -15,11 +14,11 @@ namespace standin {
 
 namespace {
 
-using Headers = std::multimap<CefString, CefString>;
-
-bool IsNamed(const CefString& name, const CefString& other) {
-  return strcasecmp(name.ToString().c_str(), other.ToString().c_str()) == 0;
+char ToLower(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
+
+using Headers = std::multimap<CefString, CefString>;
 
 CefString HeaderByName(const Headers& headers, const CefString& name) {
   for (const auto& [key, value] : headers) {
@@ -202,6 +201,13 @@ class StandinResponse : public engine_neutral::NeutralResponse {
 };
 
 }  // namespace
+
+bool IsNamed(const CefString& name, const CefString& other) {
+  const std::string left = name.ToString();
+  const std::string right = other.ToString();
+  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                    [](char a, char b) { return ToLower(a) == ToLower(b); });
+}
 
 CefRefPtr<CefRequest> MakeRequest(const std::string& url, const std::string& method,
                                   cef_transition_type_t transition, cef_resource_type_t type) {

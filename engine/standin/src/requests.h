@@ -13,6 +13,9 @@ CefRefPtr<CefRequest> MakeRequest(const std::string& url, const std::string& met
                                   cef_resource_type_t type = RT_MAIN_FRAME);
 CefRefPtr<CefResponse> MakeResponse();
 
+// True if both are names of the same header: case is none of them.
+bool IsNamed(const CefString& name, const CefString& other);
+
 // All bytes of the request's body.
 std::string BodyOf(const CefRefPtr<CefRequest>& request);
 

@@ -1,9 +1,11 @@
 #include "runtime.h"
 
-#include <unistd.h>
-
+#if defined(_WIN32)
+#include <cstdlib>
+#endif
 #include <mutex>
 #include <optional>
+#include <thread>
 
 #include "audit.h"
 #include "command_line.h"
@@ -26,7 +28,7 @@ struct Runtime {
   std::optional<Held<CefBrowserProcessHandler>> handler;
   CefRefPtr<CefCommandLine> command_line;
   bool was_started = false;
-  pid_t starter = 0;
+  std::thread::id starter;
 };
 
 Runtime& TheRuntime() {
@@ -71,7 +73,7 @@ bool Start(const cef_settings_t& settings, const CefRefPtr<CefApp>& app) {
       return false;
     }
     runtime.was_started = true;
-    runtime.starter = gettid();
+    runtime.starter = std::this_thread::get_id();
     runtime.command_line = MakeCommandLine({"program"});
   }
   SetLog(settings.log_severity, Text(settings.log_file));
@@ -106,7 +108,8 @@ void Stop() {
   CefRefPtr<CefCommandLine> command_line;
   {
     const std::lock_guard<std::mutex> guard(runtime.lock);
-    Note("shutdown", runtime.starter == gettid() ? "on the thread of the start" : "elsewhere");
+    Note("shutdown", runtime.starter == std::this_thread::get_id() ? "on the thread of the start"
+                                                                   : "elsewhere");
   }
   // The engine itself faults here; the audit names these browsers.
   NoteLivingViews();
@@ -176,7 +179,12 @@ void cef_shutdown() {
 int cef_execute_process(const cef_main_args_t* args, cef_app_t* application,
                         void* windows_sandbox_info) {
   const CefRefPtr<CefApp> app = engine_glue::FromC(application);
+#if defined(_WIN32)
+  // The engine reads the process's own line there.
+  const std::vector<std::string> argv(__argv, __argv + __argc);
+#else
   const std::vector<std::string> argv(args->argv, args->argv + args->argc);
+#endif
   const CefRefPtr<CefCommandLine> line = standin::MakeCommandLine(argv);
   const std::string type = line->GetSwitchValue("type").ToString();
   if (type.empty()) {

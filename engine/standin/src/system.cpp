@@ -1,9 +1,14 @@
 #include "system.h"
 
-#include <sys/time.h>
+#if defined(_WIN32)
+#include <windows.h>
+#else
+#include <pthread.h>
 #include <unistd.h>
+#endif
 
 #include <atomic>
+#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <ctime>
@@ -53,15 +58,54 @@ const char* NameOf(int level) {
   return level < 0 ? "VERBOSE1" : kNames[level > kFatal ? kFatal : level];
 }
 
+// What the systems call by different names.
+#if defined(_WIN32)
+unsigned long ProcessNumber() {
+  return GetCurrentProcessId();
+}
+unsigned long ThreadNumber() {
+  return GetCurrentThreadId();
+}
+void ToLocalTime(std::time_t time, std::tm& parts) {
+  localtime_s(&parts, &time);
+}
+void ToUtc(std::time_t time, std::tm& parts) {
+  gmtime_s(&parts, &time);
+}
+std::time_t FromUtc(std::tm& parts) {
+  return _mkgmtime(&parts);
+}
+#else
+unsigned long ProcessNumber() {
+  return static_cast<unsigned long>(getpid());
+}
+unsigned long ThreadNumber() {
+  return static_cast<unsigned long>(gettid());
+}
+void ToLocalTime(std::time_t time, std::tm& parts) {
+  localtime_r(&time, &parts);
+}
+void ToUtc(std::time_t time, std::tm& parts) {
+  gmtime_r(&time, &parts);
+}
+std::time_t FromUtc(std::tm& parts) {
+  return timegm(&parts);
+}
+#endif
+
 std::string LineOf(const char* file, int line, int level, const char* message) {
-  timeval now{};
-  gettimeofday(&now, nullptr);
-  tm parts{};
-  localtime_r(&now.tv_sec, &parts);
+  using std::chrono::duration_cast;
+  using std::chrono::microseconds;
+  using std::chrono::seconds;
+  const auto now = std::chrono::system_clock::now().time_since_epoch();
+  const auto whole = duration_cast<seconds>(now);
+  std::tm parts{};
+  ToLocalTime(whole.count(), parts);
   char head[96];
-  std::snprintf(head, sizeof(head), "[%d:%d:%02d%02d/%02d%02d%02d.%06ld:%s:", getpid(), gettid(),
-                parts.tm_mon + 1, parts.tm_mday, parts.tm_hour, parts.tm_min, parts.tm_sec,
-                static_cast<long>(now.tv_usec), NameOf(level));
+  std::snprintf(head, sizeof(head), "[%lu:%lu:%02d%02d/%02d%02d%02d.%06ld:%s:", ProcessNumber(),
+                ThreadNumber(), parts.tm_mon + 1, parts.tm_mday, parts.tm_hour, parts.tm_min,
+                parts.tm_sec, static_cast<long>(duration_cast<microseconds>(now - whole).count()),
+                NameOf(level));
   return std::string(head) + (file ? file : "") + "(" + std::to_string(line) + ")] " +
          (message ? message : "") + "\n";
 }
@@ -89,7 +133,7 @@ void ToParts(double seconds, cef_time_t* to) {
   const double whole = std::floor(seconds);
   const auto time = static_cast<time_t>(whole);
   tm parts{};
-  gmtime_r(&time, &parts);
+  standin::ToUtc(time, parts);
   *to = cef_time_t{};
   to->year = parts.tm_year + 1900;
   to->month = parts.tm_mon + 1;
@@ -109,13 +153,11 @@ double FromParts(const cef_time_t* from) {
   parts.tm_hour = from->hour;
   parts.tm_min = from->minute;
   parts.tm_sec = from->second;
-  return static_cast<double>(timegm(&parts)) + from->millisecond / 1000.0;
+  return static_cast<double>(standin::FromUtc(parts)) + from->millisecond / 1000.0;
 }
 
 double Now() {
-  timeval now{};
-  gettimeofday(&now, nullptr);
-  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_usec) / kMicroseconds;
+  return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
 }
 
 }  // namespace
@@ -166,14 +208,20 @@ void cef_log(const char* file, int line, int severity, const char* message) {
 }
 
 cef_platform_thread_id_t cef_get_current_platform_thread_id() {
-  return gettid();
+  return static_cast<cef_platform_thread_id_t>(standin::ThreadNumber());
 }
+#if defined(_WIN32)
+cef_platform_thread_handle_t cef_get_current_platform_thread_handle() {
+  return GetCurrentThreadId();
+}
+#else
 cef_platform_thread_handle_t cef_get_current_platform_thread_handle() {
   return pthread_self();
 }
 XDisplay* cef_get_xdisplay() {
   return nullptr;
 }
+#endif
 
 int cef_time_to_timet(const cef_time_t* cef_time, time_t* time) {
   *time = static_cast<time_t>(FromParts(cef_time));

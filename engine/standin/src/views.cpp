@@ -1,5 +1,6 @@
 #include "views.h"
 
+#include <cstdint>
 #include <map>
 
 #include "glue_conversions.h"
@@ -13,7 +14,7 @@ namespace standin {
 namespace {
 
 // No window of any system has such a number by chance.
-constexpr cef_window_handle_t kFirstWindow = 0x57000000;
+constexpr std::uintptr_t kFirstWindow = 0x57000000;
 
 struct Registry {
   std::mutex lock;
@@ -114,7 +115,7 @@ ViewPtr CreateView(const CefRefPtr<CefClient>& client, const std::string& url, b
                    bool has_window) {
   const ViewPtr view = NewView(client, is_popup);
   if (has_window) {
-    view->window = kFirstWindow + static_cast<cef_window_handle_t>(view->id);
+    view->window = cef_window_handle_t(kFirstWindow + static_cast<std::uintptr_t>(view->id));
   }
   AnnounceProcess("renderer");
   if (const auto handler = LifeSpanOf(view)) {
