@@ -115,7 +115,8 @@ ViewPtr CreateView(const CefRefPtr<CefClient>& client, const std::string& url, b
                    bool has_window) {
   const ViewPtr view = NewView(client, is_popup);
   if (has_window) {
-    view->window = cef_window_handle_t(kFirstWindow + static_cast<std::uintptr_t>(view->id));
+    // A number on one system, a pointer on the other.
+    view->window = (cef_window_handle_t)(kFirstWindow + static_cast<std::uintptr_t>(view->id));
   }
   AnnounceProcess("renderer");
   if (const auto handler = LifeSpanOf(view)) {
