@@ -55,8 +55,8 @@ def from_junit(path: Path) -> Counts:
     """Reads the XML report of pytest or GoogleTest, case by case."""
     try:
         cases = list(ElementTree.parse(path).iter("testcase"))
-    except (OSError, ElementTree.ParseError):
-        return Counts(failed=1)
+    except (OSError, ElementTree.ParseError) as error:
+        return failure(f"{path.name} cannot be read: {error}")
     counts = Counts()
     for case in cases:
         counts += _of_case(case)
@@ -79,13 +79,13 @@ def from_tap_totals(path: Path) -> Counts:
     """Reads the totals at the end of the TAP report of Node's test runner."""
     try:
         text = path.read_text(encoding="utf-8")
-    except OSError:
-        return Counts(failed=1)
+    except OSError as error:
+        return failure(f"{path.name} cannot be read: {error}")
     totals = {}
     for name in TAP_TOTALS:
         found = re.findall(rf"^# {name} (\d+)$", text, flags=re.MULTILINE)
         if len(found) != 1:
-            return Counts(failed=1)
+            return failure(f"{path.name} has no total of '{name}'")
         totals[name] = int(found[0])
     counts = Counts(
         passed=totals["pass"],
@@ -93,7 +93,7 @@ def from_tap_totals(path: Path) -> Counts:
         skipped=totals["skipped"] + totals["todo"],
     )
     if counts.ran + counts.skipped != totals["tests"]:
-        return counts + Counts(failed=1)
+        return counts + failure(f"the totals of {path.name} do not add up")
     return counts
 
 
@@ -105,5 +105,5 @@ def from_check_lines(output: str) -> Counts:
     counts = Counts(verdicts.count("ok"), len(failures), failures=failures)
     plans = re.findall(r"^1\.\.(\d+)$", output, flags=re.MULTILINE)
     if plans != [str(len(verdicts))]:
-        return counts + Counts(failed=1)
+        return counts + failure("a program of checks did not get to its plan")
     return counts

@@ -9,14 +9,11 @@
 #include "glue_conversions.h"
 #include "neutral_classes.h"
 #include "url.h"
+#include "utf.h"
 
 namespace standin {
 
 namespace {
-
-char ToLower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
 
 using Headers = std::multimap<CefString, CefString>;
 
@@ -203,10 +200,7 @@ class StandinResponse : public engine_neutral::NeutralResponse {
 }  // namespace
 
 bool IsNamed(const CefString& name, const CefString& other) {
-  const std::string left = name.ToString();
-  const std::string right = other.ToString();
-  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                    [](char a, char b) { return ToLower(a) == ToLower(b); });
+  return Lower(name.ToString()) == Lower(other.ToString());
 }
 
 CefRefPtr<CefRequest> MakeRequest(const std::string& url, const std::string& method,

@@ -1,8 +1,6 @@
 #include "runtime.h"
 
-#if defined(_WIN32)
 #include <cstdlib>
-#endif
 #include <mutex>
 #include <optional>
 #include <thread>
