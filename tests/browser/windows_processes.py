@@ -74,22 +74,11 @@ def children(pid):
         more = _kernel32.Process32NextW(snapshot, byref(entry))
     _kernel32.CloseHandle(snapshot)
     # One that has ended in between has no command line any more.
-    return [(child, line) for child in found if _is_younger(child) and (line := _command_line(child)) is not None]
+    return [(child, line) for child in found if (line := _command_line(child)) is not None]
 
 
 def session_members(session):
     raise NotImplementedError("the parent of the tests looks at sessions, and does not run here")
-
-
-def _is_younger(pid):
-    """False for the child of a process that had this one's number before it."""
-    process = _kernel32.OpenProcess(_PROCESS_QUERY_INFORMATION, 0, pid)
-    if not process:
-        return False
-    try:
-        return _begin(process) >= _begin(_kernel32.GetCurrentProcess())
-    finally:
-        _kernel32.CloseHandle(process)
 
 
 def _begin(process):
@@ -99,10 +88,14 @@ def _begin(process):
 
 
 def _command_line(pid):
+    """None for a process that has ended, or is older than this one."""
     process = _kernel32.OpenProcess(_PROCESS_QUERY_INFORMATION | _PROCESS_VM_READ, 0, pid)
     if not process:
         return None
     try:
+        # The child of a process that had this one's number before it.
+        if _begin(process) < _begin(_kernel32.GetCurrentProcess()):
+            return None
         basic = _BasicInformation()
         _ntdll.NtQueryInformationProcess(process, 0, byref(basic), ctypes.sizeof(basic), None)
         parameters, line = c_void_p(), _UnicodeString()
