@@ -60,12 +60,6 @@ class ChildItem(pytest.Item):
 def pytest_collection_modifyitems(config, items):
     if config.getoption("--browser-child"):
         return
-    if targets.IS_WINDOWS:
-        # A case of the harness's own test stands elsewhere.
-        chosen = [item for item in items
-                  if item.path.stem in targets.ON_WINDOWS or item.path.parent != targets.PAGES.parent]
-        config.hook.pytest_deselected(items=[item for item in items if item not in chosen])
-        items[:] = chosen
     for item in items:
         marker = item.get_closest_marker("not_on_windows")
         if marker and targets.IS_WINDOWS:
@@ -88,7 +82,9 @@ def run_in_child(item):
     profile = os.path.join(folder, "profile")
     os.mkdir(profile)
     command = [*targets.python(), "-m", "pytest", "-q", "--browser-child", "-p", "no:cacheprovider", "-p", "no:xdist",
-               "--tb=short", "-rs", f"--rootdir={targets.inside(item.path.parent)}",
+               "--tb=short", "-rs",
+               # Where a test hangs is told at half of its limit.
+               "-o", f"faulthandler_timeout={scaled(LIMIT_SECONDS) / 2}", f"--rootdir={targets.inside(item.path.parent)}",
                f"{targets.inside(item.path)}::{item.name}"]
     try:
         # A pipe: wine tells Python nothing of a file that it should write to.

@@ -8,12 +8,6 @@ from pathlib import Path
 REPOSITORY = Path(__file__).resolve().parent.parent.parent
 NAME = os.environ.get("ORBCEF_TEST_TARGET", "linux-x64")
 IS_WINDOWS = NAME == "windows-x64"
-# What depends on the system, and the road through all of it. The rest is the same scripts in the same engine, and each
-# test takes seconds there.
-ON_WINDOWS = frozenset((
-    *("test_bad_input", "test_engine_library", "test_harness", "test_hosts", "test_lifetime"),
-    *("test_local_resources", "test_overview", "test_paths", "test_road", "test_scripts", "test_session"),
-))
 # The process that runs a test itself, where that is not the one that collects them.
 IS_INSIDE = sys.platform == "win32"
 BUILD = REPOSITORY / "build" / NAME

@@ -15,14 +15,15 @@ using Lines = std::vector<std::string>;
 class ORBCefMessageDispatcherTest : public testing::Test {
  protected:
   bool Dispatch(const char* name) {
-    return ORBCefMessageDispatcher::Dispatch(name,
-                                             {_browser, _arguments, _events, _settings, _request});
+    return ORBCefMessageDispatcher::Dispatch(
+        name, {_browser, _sender, _arguments, _events, _settings, _request});
   }
 
   HostEvents _host;
   ORBCefBrowserEvents _events{_host.Table()};
   ORBCefViewSettings _settings;
   CefRefPtr<BrowserDouble> _browser = new BrowserDouble();
+  CefRefPtr<CefFrame> _sender;
   CefRefPtr<CefListValue> _arguments = CefListValue::Create();
   std::unique_ptr<ORBCefPreferenceRequest> _request;
 };
@@ -145,6 +146,16 @@ TEST_F(ORBCefMessageDispatcherTest, AValueRequestIsKeptForTheCallerToStart) {
   EXPECT_FALSE(_request->is_read);
   EXPECT_EQ("value", _request->value);
   EXPECT_TRUE(_browser->calls.empty());
+}
+
+TEST_F(ORBCefMessageDispatcherTest, AValueRequestIsAnsweredWhereItCameFrom) {
+  _arguments->SetSize(4);
+  _sender = new engine_doubles::FrameDouble(_browser->calls, "http://next.test/");
+  for (const char* name : {"LoadValue", "SaveValue"}) {
+    EXPECT_TRUE(Dispatch(name));
+    ASSERT_TRUE(_request);
+    EXPECT_EQ(_sender.get(), _request->frame.get()) << name;
+  }
 }
 
 TEST_F(ORBCefMessageDispatcherTest, AValueRequestWithTooFewArgumentsIsUnhandled) {

@@ -9,8 +9,11 @@
 namespace {
 
 using engine_doubles::BrowserDouble;
+using engine_doubles::Calls;
+using engine_doubles::FrameDouble;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::SizeIs;
 
 constexpr char kResolvePlace[] =
     " @ ChromiumEmbeddedPlugin/ORBCefWrapperMT.m/src/ORBCefClientHandler:251";
@@ -35,19 +38,22 @@ class ORBCefPreferenceRequestTest : public testing::Test {
   }
 
   void Save() {
-    ORBCefPreferenceRequest::Start(ORBCefPreferenceRequest::FromSaveValue(_browser, _arguments));
+    ORBCefPreferenceRequest::Start(
+        ORBCefPreferenceRequest::FromSaveValue(_browser, _sender, _arguments));
   }
   void Load() {
-    ORBCefPreferenceRequest::Start(ORBCefPreferenceRequest::FromLoadValue(_browser, _arguments));
+    ORBCefPreferenceRequest::Start(
+        ORBCefPreferenceRequest::FromLoadValue(_browser, _sender, _arguments));
   }
 
   FakeTools _tools;
   CefRefPtr<BrowserDouble> _browser = new BrowserDouble();
+  CefRefPtr<CefFrame> _sender;
   CefRefPtr<CefListValue> _arguments = CefListValue::Create();
 };
 
 TEST_F(ORBCefPreferenceRequestTest, AMessageToSaveIsReadWhole) {
-  const auto request = ORBCefPreferenceRequest::FromSaveValue(_browser, _arguments);
+  const auto request = ORBCefPreferenceRequest::FromSaveValue(_browser, _sender, _arguments);
   ASSERT_TRUE(request);
   EXPECT_EQ(_browser->main_frame.get(), request->frame.get());
   EXPECT_EQ(7, request->promise_id);
@@ -58,7 +64,7 @@ TEST_F(ORBCefPreferenceRequestTest, AMessageToSaveIsReadWhole) {
 }
 
 TEST_F(ORBCefPreferenceRequestTest, AMessageToLoadHasNoValue) {
-  const auto request = ORBCefPreferenceRequest::FromLoadValue(_browser, _arguments);
+  const auto request = ORBCefPreferenceRequest::FromLoadValue(_browser, _sender, _arguments);
   ASSERT_TRUE(request);
   EXPECT_EQ("", request->value);
   EXPECT_TRUE(request->is_read);
@@ -66,18 +72,29 @@ TEST_F(ORBCefPreferenceRequestTest, AMessageToLoadHasNoValue) {
 
 TEST_F(ORBCefPreferenceRequestTest, TooFewArgumentsMakeNoRequest) {
   _arguments->SetSize(3);
-  EXPECT_FALSE(ORBCefPreferenceRequest::FromSaveValue(_browser, _arguments));
-  EXPECT_TRUE(ORBCefPreferenceRequest::FromLoadValue(_browser, _arguments));
+  EXPECT_FALSE(ORBCefPreferenceRequest::FromSaveValue(_browser, _sender, _arguments));
+  EXPECT_TRUE(ORBCefPreferenceRequest::FromLoadValue(_browser, _sender, _arguments));
   _arguments->SetSize(2);
-  EXPECT_FALSE(ORBCefPreferenceRequest::FromLoadValue(_browser, _arguments));
-  EXPECT_FALSE(ORBCefPreferenceRequest::FromLoadValue(_browser, nullptr));
+  EXPECT_FALSE(ORBCefPreferenceRequest::FromLoadValue(_browser, _sender, _arguments));
+  EXPECT_FALSE(ORBCefPreferenceRequest::FromLoadValue(_browser, _sender, nullptr));
 }
 
 TEST_F(ORBCefPreferenceRequestTest, WithoutAMainFrameThereIsNoRequest) {
-  EXPECT_FALSE(ORBCefPreferenceRequest::FromSaveValue(nullptr, _arguments));
+  EXPECT_FALSE(ORBCefPreferenceRequest::FromSaveValue(nullptr, _sender, _arguments));
   _browser->main_frame = nullptr;
-  EXPECT_FALSE(ORBCefPreferenceRequest::FromSaveValue(_browser, _arguments));
-  EXPECT_FALSE(ORBCefPreferenceRequest::FromLoadValue(_browser, _arguments));
+  EXPECT_FALSE(ORBCefPreferenceRequest::FromSaveValue(_browser, _sender, _arguments));
+  EXPECT_FALSE(ORBCefPreferenceRequest::FromLoadValue(_browser, _sender, _arguments));
+}
+
+// A page that takes another one's place asks before it is the browser's, and a page that has just
+// left may have asked last.
+TEST_F(ORBCefPreferenceRequestTest, ThePageThatAskedIsAnsweredAndNotTheOneThatShows) {
+  Calls asking;
+  _sender = new FrameDouble(asking, "http://next.test/");
+  Save();
+  Load();
+  EXPECT_THAT(asking, SizeIs(2));
+  EXPECT_THAT(_browser->calls, IsEmpty());
 }
 
 TEST_F(ORBCefPreferenceRequestTest, ASaveResolvesWithUndefined) {

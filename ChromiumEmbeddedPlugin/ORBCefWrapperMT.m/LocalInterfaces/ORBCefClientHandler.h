@@ -151,7 +151,7 @@ class ORBCefClientHandler : public CefClient,
   ~ORBCefClientHandler() override;
 
   void AskForTicket();
-  bool ActOnMessage(const CefRefPtr<CefBrowser>& browser,
+  bool ActOnMessage(const CefRefPtr<CefBrowser>& browser, const CefRefPtr<CefFrame>& frame,
                     const CefRefPtr<CefProcessMessage>& message,
                     std::unique_ptr<ORBCefPreferenceRequest>& preference_request);
   void CloseIfForsaken(const CefRefPtr<CefBrowser>& browser);

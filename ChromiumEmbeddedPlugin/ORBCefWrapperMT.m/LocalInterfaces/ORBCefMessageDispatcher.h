@@ -9,11 +9,14 @@
 #include "ORBCefPreferenceRequest.h"
 #include "ORBCefViewSettings.h"
 #include "include/cef_browser.h"
+#include "include/cef_frame.h"
 #include "include/cef_values.h"
 
 // What the operations work on, lent for one dispatch.
 struct ORBCefMessageContext {
   CefRefPtr<CefBrowser> browser;
+  // Where the message came from: the main frame of its page. May be null.
+  CefRefPtr<CefFrame> sender;
   CefRefPtr<CefListValue> arguments;
   const ORBCefBrowserEvents& events;
   ORBCefViewSettings& settings;

@@ -22,11 +22,14 @@ struct ORBCefPreferenceRequest {
   static constexpr int kRejectLine = 260;
 
   // The requests of the messages "SaveValue" and "LoadValue".
+  // @param sender  the main frame of the page that asks; null takes the browser's.
   // @return null if arguments are missing, or the browser has no main frame.
   static std::unique_ptr<ORBCefPreferenceRequest> FromSaveValue(
-      const CefRefPtr<CefBrowser>& browser, const CefRefPtr<CefListValue>& arguments);
+      const CefRefPtr<CefBrowser>& browser, const CefRefPtr<CefFrame>& sender,
+      const CefRefPtr<CefListValue>& arguments);
   static std::unique_ptr<ORBCefPreferenceRequest> FromLoadValue(
-      const CefRefPtr<CefBrowser>& browser, const CefRefPtr<CefListValue>& arguments);
+      const CefRefPtr<CefBrowser>& browser, const CefRefPtr<CefFrame>& sender,
+      const CefRefPtr<CefListValue>& arguments);
 
   // Runs the job at once, or hands it to the host's main thread. A host that takes no more tasks
   // leaves the page's promise open.
@@ -36,7 +39,8 @@ struct ORBCefPreferenceRequest {
   // nothing if that has gone.
   void Run();
 
-  // The main frame at the moment of arrival, whichever frame asked.
+  // The main frame of the page that asked, whichever of its frames did. A page of another site
+  // speaks before the browser calls its frame the main one: the browser's would be the old page's.
   CefRefPtr<CefFrame> frame;
   std::int32_t promise_id = 0;
   std::string repository;

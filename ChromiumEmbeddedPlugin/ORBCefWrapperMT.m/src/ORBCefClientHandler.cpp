@@ -205,7 +205,7 @@ bool ORBCefClientHandler::OnProcessMessageReceived(CefRefPtr<CefBrowser> browser
     return false;
   }
   std::unique_ptr<ORBCefPreferenceRequest> preference_request;
-  if (!ActOnMessage(browser, message, preference_request)) {
+  if (!ActOnMessage(browser, frame, message, preference_request)) {
     return false;
   }
   // The host's store is asked without the lock: it may wait for a thread that wants it.
@@ -216,7 +216,8 @@ bool ORBCefClientHandler::OnProcessMessageReceived(CefRefPtr<CefBrowser> browser
 }
 
 bool ORBCefClientHandler::ActOnMessage(
-    const CefRefPtr<CefBrowser>& browser, const CefRefPtr<CefProcessMessage>& message,
+    const CefRefPtr<CefBrowser>& browser, const CefRefPtr<CefFrame>& frame,
+    const CefRefPtr<CefProcessMessage>& message,
     std::unique_ptr<ORBCefPreferenceRequest>& preference_request) {
   const Guard guard(_lock);
   // A view that its host has left ignores its pages.
@@ -225,7 +226,7 @@ bool ORBCefClientHandler::ActOnMessage(
   }
   return ORBCefMessageDispatcher::Dispatch(
       message->GetName(),
-      {browser, message->GetArgumentList(), _callbacks, _settings, preference_request});
+      {browser, frame, message->GetArgumentList(), _callbacks, _settings, preference_request});
 }
 
 void ORBCefClientHandler::OnAfterCreated(CefRefPtr<CefBrowser> browser) {

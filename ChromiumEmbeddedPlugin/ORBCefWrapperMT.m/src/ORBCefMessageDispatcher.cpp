@@ -107,13 +107,13 @@ bool KeepRequest(const ORBCefMessageContext& context,
 }
 
 bool SaveValue(const ORBCefMessageContext& context) {
-  return KeepRequest(context,
-                     ORBCefPreferenceRequest::FromSaveValue(context.browser, context.arguments));
+  return KeepRequest(context, ORBCefPreferenceRequest::FromSaveValue(
+                                  context.browser, context.sender, context.arguments));
 }
 
 bool LoadValue(const ORBCefMessageContext& context) {
-  return KeepRequest(context,
-                     ORBCefPreferenceRequest::FromLoadValue(context.browser, context.arguments));
+  return KeepRequest(context, ORBCefPreferenceRequest::FromLoadValue(
+                                  context.browser, context.sender, context.arguments));
 }
 
 // Compared in this order; the first match acts.

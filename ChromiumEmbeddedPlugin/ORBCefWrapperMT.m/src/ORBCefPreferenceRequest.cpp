@@ -11,16 +11,18 @@ constexpr std::size_t kLoadValueArguments = 3;
 constexpr char kStorePrefix[] = "ORBCefStore_";
 
 std::unique_ptr<ORBCefPreferenceRequest> MakeRequest(const CefRefPtr<CefBrowser>& browser,
+                                                     const CefRefPtr<CefFrame>& sender,
                                                      const CefRefPtr<CefListValue>& arguments,
                                                      std::size_t least_arguments) {
   if (!browser || !arguments || arguments->GetSize() < least_arguments) {
     return nullptr;
   }
-  auto request = std::make_unique<ORBCefPreferenceRequest>();
-  request->frame = browser->GetMainFrame();
-  if (!request->frame) {
+  const CefRefPtr<CefFrame> main_frame = browser->GetMainFrame();
+  if (!main_frame) {
     return nullptr;
   }
+  auto request = std::make_unique<ORBCefPreferenceRequest>();
+  request->frame = sender ? sender : main_frame;
   request->promise_id = arguments->GetInt(0);
   request->repository = arguments->GetString(1).ToString();
   request->key = arguments->GetString(2).ToString();
@@ -46,8 +48,9 @@ void RunOnMainThread(void* data) noexcept {
 }  // namespace
 
 std::unique_ptr<ORBCefPreferenceRequest> ORBCefPreferenceRequest::FromSaveValue(
-    const CefRefPtr<CefBrowser>& browser, const CefRefPtr<CefListValue>& arguments) {
-  auto request = MakeRequest(browser, arguments, kSaveValueArguments);
+    const CefRefPtr<CefBrowser>& browser, const CefRefPtr<CefFrame>& sender,
+    const CefRefPtr<CefListValue>& arguments) {
+  auto request = MakeRequest(browser, sender, arguments, kSaveValueArguments);
   if (request) {
     request->value = arguments->GetString(3).ToString();
   }
@@ -55,8 +58,9 @@ std::unique_ptr<ORBCefPreferenceRequest> ORBCefPreferenceRequest::FromSaveValue(
 }
 
 std::unique_ptr<ORBCefPreferenceRequest> ORBCefPreferenceRequest::FromLoadValue(
-    const CefRefPtr<CefBrowser>& browser, const CefRefPtr<CefListValue>& arguments) {
-  auto request = MakeRequest(browser, arguments, kLoadValueArguments);
+    const CefRefPtr<CefBrowser>& browser, const CefRefPtr<CefFrame>& sender,
+    const CefRefPtr<CefListValue>& arguments) {
+  auto request = MakeRequest(browser, sender, arguments, kLoadValueArguments);
   if (request) {
     request->is_read = true;
   }
