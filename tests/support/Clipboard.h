@@ -1,0 +1,40 @@
+// What is on the desktop's clipboard, asked for as another program would.
+//
+// Called on a test's own thread.
+#ifndef ORBCEF_TESTS_CLIPBOARD_H
+#define ORBCEF_TESTS_CLIPBOARD_H
+
+#include <optional>
+#include <string>
+
+namespace clipboard {
+
+// False where no test can read or write it: there is no X server.
+bool Exists();
+
+// The text in UTF-8, and nothing if there is none or its owner does not answer. On Windows these
+// are the whole units of the block, in ASCII.
+std::optional<std::string> Text();
+
+#if !defined(_WIN32)
+// The same by the name of an X11 target, as bytes; atoms are given by their names, each with a
+// space behind it.
+std::optional<std::string> Text(const char* target);
+
+// Takes the clipboard away from its owner, for the life of the object.
+class OtherOwner {
+ public:
+  OtherOwner();
+  ~OtherOwner();
+  OtherOwner(const OtherOwner&) = delete;
+  OtherOwner& operator=(const OtherOwner&) = delete;
+
+ private:
+  struct Connection;
+  Connection* const _connection;
+};
+#endif
+
+}  // namespace clipboard
+
+#endif  // ORBCEF_TESTS_CLIPBOARD_H
