@@ -49,11 +49,11 @@ struct orbcefbrowser_c {
   uint8_t (*get_flag3)(orbcefbrowser_c* iCStruct);
   // Sets the third mark. [main]
   void (*set_flag3)(orbcefbrowser_c* iCStruct, uint8_t value);
-  // Slots 11, 12: may the user go back and forward? True at first. [main]
+  // Slots 11, 12: may the user go back and forward, by key, menu or page? True at first. [main]
   uint8_t (*get_history_enabled)(orbcefbrowser_c* iCStruct);
   // Takes effect at once. [main]
   void (*set_history_enabled)(orbcefbrowser_c* iCStruct, uint8_t enabled);
-  // Slots 13, 14: may the user reload? True at first. [main]
+  // Slots 13, 14: may the user reload, by key, menu or page? True at first. [main]
   uint8_t (*get_reload_enabled)(orbcefbrowser_c* iCStruct);
   // Takes effect at once. [main]
   void (*set_reload_enabled)(orbcefbrowser_c* iCStruct, uint8_t enabled);
@@ -147,7 +147,9 @@ struct orbcefbrowser_c {
   void (*set_zoom_level)(orbcefbrowser_c* iCStruct, double level);
   // Slot 53: adds to the zoom level. [any & !closing]
   void (*change_zoom_level)(orbcefbrowser_c* iCStruct, double delta);
-  // Slot 54: opens the developer tools in a window of their own, or nothing. [any & !closing]
+  // Slot 54: opens the developer tools in a window of their own, or nothing. The user opens them by
+  // key or menu only where the environment has ORBCEF_DEVTOOLS; this does not ask.
+  // [any & !closing]
   void (*show_dev_tools)(orbcefbrowser_c* iCStruct);
   // Slot 55: closes them, or nothing. [any & !closing]
   void (*close_dev_tools)(orbcefbrowser_c* iCStruct);

@@ -39,7 +39,7 @@ struct _orbceftools_c {
   // [any]
   int32_t (*get_release_level)(void);
   // Translated text of `key` in the message catalogue `catalog`, as a new record; null if there is
-  // none.
+  // none. Asked for each item of a context menu, whose labels they are.
   // [ui]
   orbcefstring_c* (*build_catalog_message)(const char* catalog, const char* key);
   // The host's temporary directory as a new record.

@@ -91,6 +91,14 @@ class ORBCefClientHandler : public CefClient,
                                 CefProcessId source_process,
                                 CefRefPtr<CefProcessMessage> message) override;
 
+  // CefContextMenuHandler, UI thread.
+  void OnBeforeContextMenu(CefRefPtr<CefBrowser> browser, CefRefPtr<CefFrame> frame,
+                           CefRefPtr<CefContextMenuParams> params,
+                           CefRefPtr<CefMenuModel> model) override;
+  bool OnContextMenuCommand(CefRefPtr<CefBrowser> browser, CefRefPtr<CefFrame> frame,
+                            CefRefPtr<CefContextMenuParams> params, int command_id,
+                            EventFlags event_flags) override;
+
   // CefDisplayHandler, UI thread.
   void OnAddressChange(CefRefPtr<CefBrowser> browser, CefRefPtr<CefFrame> frame,
                        const CefString& url) override;
@@ -109,6 +117,12 @@ class ORBCefClientHandler : public CefClient,
                   JSDialogType dialog_type, const CefString& message_text,
                   const CefString& default_prompt_text, CefRefPtr<CefJSDialogCallback> callback,
                   bool& suppress_message) override;
+
+  // CefKeyboardHandler, UI thread.
+  bool OnPreKeyEvent(CefRefPtr<CefBrowser> browser, const CefKeyEvent& event,
+                     CefEventHandle os_event, bool* is_keyboard_shortcut) override;
+  bool OnKeyEvent(CefRefPtr<CefBrowser> browser, const CefKeyEvent& event,
+                  CefEventHandle os_event) override;
 
   // CefLifeSpanHandler, UI thread.
   void OnAfterCreated(CefRefPtr<CefBrowser> browser) override;

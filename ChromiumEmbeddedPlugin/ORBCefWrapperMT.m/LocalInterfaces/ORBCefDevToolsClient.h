@@ -12,6 +12,10 @@ class ORBCefDevToolsClient : public CefClient,
  public:
   ORBCefDevToolsClient() = default;
 
+  // ORBCEF_DEVTOOLS is set, so the context menu and the keyboard lead to the tools. Pages and hosts
+  // open them without it. Any thread; read once in a process.
+  static bool IsOffered();
+
   // Opens the tools for `browser` as a popup of its window. Nothing happens without a browser.
   static void Open(const CefRefPtr<CefBrowser>& browser);
 

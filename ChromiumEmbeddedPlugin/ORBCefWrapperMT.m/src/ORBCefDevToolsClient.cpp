@@ -14,6 +14,11 @@ constexpr int kDefaultExtent = CW_USEDEFAULT;
 
 }  // namespace
 
+bool ORBCefDevToolsClient::IsOffered() {
+  static const bool is_set = ORBCefToolsAccessor::ORBGetEnv("ORBCEF_DEVTOOLS") != nullptr;
+  return is_set;
+}
+
 void ORBCefDevToolsClient::FillWindowInfo(CefWindowHandle parent, CefWindowInfo& info) {
   CefString(&info.window_name) = kWindowName;
 #if defined(OS_WIN)
