@@ -33,8 +33,12 @@ constexpr WrongThread kUiCallbacks[] = {
     {"CefDisplayHandler::OnTitleChange", 0, 0},
     {"CefDisplayHandler::OnStatusMessage", 0, 0},
     {"CefDisplayHandler::OnConsoleMessage", 0, 0},
+    {"CefContextMenuHandler::OnBeforeContextMenu", 0, 0},
+    {"CefContextMenuHandler::OnContextMenuCommand", 0, 0},
     {"CefDownloadHandler::OnBeforeDownload", 0, 0},
     {"CefJSDialogHandler::OnJSDialog", 0, 0},
+    {"CefKeyboardHandler::OnPreKeyEvent", 0, 0},
+    {"CefKeyboardHandler::OnKeyEvent", 0, 0},
     {"CefRenderHandler::GetRootScreenRect", 0, 0},
     {"CefRenderHandler::GetViewRect", 0, 0},
     {"CefRenderHandler::GetScreenPoint", 0, 0},
@@ -48,6 +52,10 @@ constexpr WrongThread kIoCallbacks[] = {
     {"CefResourceRequestHandler::OnBeforeResourceLoad", RV_CANCEL, 0},
     {"CefResourceRequestHandler::OnProtocolExecution", 0, 0},
 };
+
+constexpr char kUntouchedMenu[] = "131";
+constexpr int kRefresh = 26505;
+constexpr int kKeyF5 = 116;
 
 class StandinThreadTest : public testing::Test {
  protected:
@@ -95,6 +103,26 @@ TEST_F(StandinThreadTest, UICallbacksOnOtherThreadsDoNothing) {
   });
 }
 
+TEST_F(StandinThreadTest, KeysAndMenusOnOtherThreadsDoNothing) {
+  WithView([](Host&, Events&, orbcefbrowser_c*) {
+    for (const int thread : {static_cast<int>(TID_IO), ORBCEF_STANDIN_STRANGER}) {
+      Callback menu("CefContextMenuHandler::OnBeforeContextMenu", thread);
+      EXPECT_TRUE(menu.Number(0, CM_TYPEFLAG_PAGE).Play());
+      EXPECT_STREQ(menu.text, kUntouchedMenu);
+      Callback command("CefContextMenuHandler::OnContextMenuCommand", thread);
+      EXPECT_TRUE(command.Number(2, kRefresh).Play());
+      EXPECT_EQ(command.result, 0);
+      Callback before("CefKeyboardHandler::OnPreKeyEvent", thread);
+      EXPECT_TRUE(before.Number(1, kKeyF5).Play());
+      EXPECT_EQ(before.outs[0], 0);
+      Callback key("CefKeyboardHandler::OnKeyEvent", thread);
+      EXPECT_TRUE(key.Number(1, kKeyF5).Play());
+      EXPECT_EQ(key.result, 0);
+    }
+    EXPECT_EQ(control::Count("reload"), 0);
+  });
+}
+
 TEST_F(StandinThreadTest, IOCallbacksOnOtherThreadsDoNothing) {
   WithView([](Host& host, Events& events, orbcefbrowser_c*) {
     for (const WrongThread& callback : kIoCallbacks) {
@@ -139,6 +167,24 @@ TEST_F(StandinThreadTest, NullArgumentsAreGivenBackOnTheRightThread) {
     Callback download("CefDownloadHandler::OnBeforeDownload");
     EXPECT_TRUE(download.Null(0).Null(1).Null(2).Play());
     EXPECT_EQ(download.outs[1], 0);
+    for (const int argument : {0, 2, 3}) {
+      Callback menu("CefContextMenuHandler::OnBeforeContextMenu");
+      EXPECT_TRUE(menu.Null(argument).Number(0, CM_TYPEFLAG_PAGE).Play());
+      EXPECT_STREQ(menu.text, kUntouchedMenu);
+    }
+    for (const int argument : {0, 1, 2}) {
+      Callback command("CefContextMenuHandler::OnContextMenuCommand");
+      EXPECT_TRUE(command.Null(argument).Number(2, kRefresh).Play());
+      EXPECT_EQ(command.result, 0);
+    }
+    for (const char* name :
+         {"CefKeyboardHandler::OnPreKeyEvent", "CefKeyboardHandler::OnKeyEvent"}) {
+      Callback key(name);
+      EXPECT_TRUE(key.Null(0).Number(1, kKeyF5).Play());
+      EXPECT_EQ(key.result, 0);
+      EXPECT_EQ(key.outs[0], 0);
+    }
+    EXPECT_EQ(control::Count("reload"), 0);
     EXPECT_EQ(events.Lines(), lines);
 
     for (const int argument : {1, 2}) {

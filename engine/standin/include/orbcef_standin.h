@@ -62,6 +62,13 @@ typedef struct orbcef_standin_call {
   char text[512];
 } orbcef_standin_call;
 
+/* Keys and menus number their arguments so:
+ *   CefKeyboardHandler::*                        type of the event, key code, modifiers
+ *   CefContextMenuHandler::OnBeforeContextMenu   type flags, flags of the edit state
+ *   CefContextMenuHandler::OnContextMenuCommand  the same, then command, flags of the event
+ * The first text of a menu is the link. A model answers with its items, "--" for a separator and
+ * "(26504)" for an item that is disabled; it begins as "131". */
+
 /* Plays a callback and returns when it has returned. 0 without such a callback, browser or handler.
  */
 typedef int32_t orbcef_standin_play_fn(orbcef_standin_call* call);

@@ -24,7 +24,7 @@ void AnswerText(orbcef_standin_call& call, const std::string& text) {
 namespace {
 
 const PlayRow* FindRow(const std::string& name) {
-  for (const auto& rows : {ViewRows(), ProcessRows()}) {
+  for (const auto& rows : {ViewRows(), InputRows(), ProcessRows()}) {
     for (const PlayRow* row = rows.first; row != rows.second; ++row) {
       if (name == row->name) {
         return row;

@@ -43,31 +43,10 @@ class DownloadItem : public engine_neutral::NeutralDownloadItem {
   STANDIN_OBJECT(DownloadItem);
 };
 
-CefRefPtr<CefBrowser> BrowserArgument(const Call& call, const ViewPtr& view) {
-  return Argument(call, 0, BrowserOf(view));
-}
-
-CefRefPtr<CefFrame> FrameArgument(const Call& call, const ViewPtr& view) {
-  return Argument(call, 1, FrameOf(view));
-}
-
 CefRefPtr<CefRequest> RequestOf(const Call& call) {
   const std::string method = TextArgument(call, 1);
   return MakeRequest(TextArgument(call, 0), method.empty() ? "GET" : method,
                      static_cast<cef_transition_type_t>(call.numbers[0]));
-}
-
-// The handler is asked for on the call's thread, as the engine does.
-template <class Handler, CefRefPtr<Handler> (CefClient::*getter)(),
-          void (*play)(Call&, const ViewPtr&, Handler&)>
-bool With(Call& call, const ViewPtr& view) {
-  const CefRefPtr<CefClient> client = view ? ClientOf(view) : nullptr;
-  const CefRefPtr<Handler> handler = client ? (client.get()->*getter)() : nullptr;
-  if (!handler) {
-    return false;
-  }
-  play(call, view, *handler);
-  return true;
 }
 
 void AfterCreated(Call& call, const ViewPtr& view, CefLifeSpanHandler& handler) {
