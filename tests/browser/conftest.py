@@ -6,6 +6,7 @@ child holds the fixtures: `host` (a module with real tools), `server` (loopback 
 over, the child proves that nothing is left: no view, no host table, no engine process, no open file of the profile.
 """
 
+import contextlib
 import os
 import shutil
 import signal
@@ -24,6 +25,7 @@ sys.path.insert(0, str(Path(__file__).resolve().parent))
 
 import targets  # noqa: E402
 from harness import Host, NativeErrors, Server, scaled  # noqa: E402
+from orbcef import Xvfb  # noqa: E402
 from processes import session_members  # noqa: E402
 
 LIMIT_SECONDS = 40
@@ -35,6 +37,7 @@ def pytest_addoption(parser):
 
 def pytest_configure(config):
     config.addinivalue_line("markers", "environment(**variables): set before the module is loaded")
+    config.addinivalue_line("markers", "own_display: has an X server to itself, for keys, mouse and clipboard")
     config.addinivalue_line("markers", "in_parent: runs in the parent; it starts its own processes")
     config.addinivalue_line("markers", "not_on_windows(reason): is skipped on that target")
 
@@ -77,7 +80,17 @@ def child_environment(item, profile):
     return targets.environment(environment)
 
 
+def display_of(item):
+    """Started here, so that it is no process of the test's."""
+    return Xvfb() if item.get_closest_marker("own_display") else contextlib.nullcontext()
+
+
 def run_in_child(item):
+    with display_of(item) as display:
+        run_with(item, {"DISPLAY": display.name} if display else {})
+
+
+def run_with(item, variables):
     folder = tempfile.mkdtemp(prefix="orbcef-test-")
     profile = os.path.join(folder, "profile")
     os.mkdir(profile)
@@ -88,8 +101,9 @@ def run_in_child(item):
                f"{targets.inside(item.path)}::{item.name}"]
     try:
         # A pipe: wine tells Python nothing of a file that it should write to.
-        child = subprocess.Popen(command, env=child_environment(item, profile), stdin=subprocess.DEVNULL,
-                                 stdout=subprocess.PIPE, stderr=subprocess.STDOUT, cwd=folder, start_new_session=True)
+        environment = {**child_environment(item, profile), **variables}
+        child = subprocess.Popen(command, env=environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                 stderr=subprocess.STDOUT, cwd=folder, start_new_session=True)
         output = Output(child.stdout)
         try:
             status = child.wait(scaled(LIMIT_SECONDS))

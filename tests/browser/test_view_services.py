@@ -1,12 +1,9 @@
 """What a page and its host ask of a view: its zoom, its size, its home, its developer tools."""
 
-import os
-import subprocess
-import time
-
 import pytest
 import targets
-from orbcef import DocumentSize, LoadingStateChanged, StringsReceived, ZoomChanged, scaled
+from desktop import wait_for_tools
+from orbcef import DocumentSize, LoadingStateChanged, StringsReceived, ZoomChanged
 
 PLAIN = "xortv://webapps/Test/plain.html"
 ECHO = "xortv://webapps/Test/echo.html"
@@ -85,21 +82,6 @@ def test_home_is_the_address_that_the_host_gives(open_view):
     page.events.wait_for_kind(LoadingStateChanged, since=mark, is_loading=False, url=ECHO)
     page.view.execute_javascript("xocef.receive('home')")
     page.events.wait_for_kind(StringsReceived, since=mark, strings=("echo", "home"))
-
-
-def tools_windows():
-    """The windows of the tools that belong to this process: other tests may show some of their own."""
-    found = subprocess.run(["xdotool", "search", "--all", "--onlyvisible", "--pid", str(os.getpid()),
-                            "--name", "^(DevTools|Developer Tools)"], capture_output=True, text=True, check=False)
-    return found.stdout.split()
-
-
-def wait_for_tools(host, are_open):
-    deadline = time.monotonic() + scaled(15)
-    while bool(tools_windows()) != are_open and time.monotonic() < deadline:
-        # No event tells of another client's window.
-        host.main.run_until(lambda: False, 0.05)
-    assert bool(tools_windows()) == are_open
 
 
 @pytest.mark.skipif(targets.IS_WINDOWS, reason="looks for the window on the X server")
