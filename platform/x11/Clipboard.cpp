@@ -88,13 +88,20 @@ class ClipboardOwner {
     return owner;
   }
 
+  // Ends the ownership.
   ~ClipboardOwner() {
     HangUp();
-    if (_thread.joinable())
-      _thread.join();
+    Join();
     // The object is never null after xcb_connect, and must be freed even without a connection.
     if (_x)
       xcb_disconnect(_x);
+  }
+
+  // Waits for the loss of the selection, which another owner has by now: whoever asked before that
+  // still gets his answer.
+  void Join() {
+    if (_thread.joinable())
+      _thread.join();
   }
 
  private:
@@ -183,6 +190,10 @@ class ClipboardOwner {
         break;
       }
     }
+    // A server drops what it has not yet read of a connection that is shut, so the last answer is
+    // seen through before.
+    Reply<xcb_get_input_focus_reply_t>(
+        xcb_get_input_focus_reply(_x, xcb_get_input_focus(_x), nullptr));
     // What comes now would be read by nobody.
     HangUp();
   }
@@ -254,13 +265,13 @@ Clipboard& TheClipboard() {
 }  // namespace
 
 bool SetClipboardText(const char16_t* text, std::size_t bytes) {
-  // It has lost the selection when its turn comes, and ends after the lock.
-  std::unique_ptr<ClipboardOwner> previous;
   const std::lock_guard<std::mutex> guard(TheClipboard().lock);
   std::unique_ptr<ClipboardOwner> owner = ClipboardOwner::Claim(ToUtf8(text, bytes));
   if (!owner)
     return false;
-  previous = std::exchange(TheClipboard().owner, std::move(owner));
+  std::swap(owner, TheClipboard().owner);
+  if (owner)
+    owner->Join();
   return true;
 }
 

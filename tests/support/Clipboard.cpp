@@ -130,8 +130,16 @@ std::optional<std::string> Text() {
   return Text("UTF8_STRING");
 }
 
-std::optional<std::string> Text(const char* target) {
+struct Reader::Connection {
   Client client;
+};
+
+Reader::Reader() : _connection(std::make_unique<Connection>()) {}
+
+Reader::~Reader() = default;
+
+std::optional<std::string> Reader::Text(const char* target) {
+  Client& client = _connection->client;
   if (!client.IsConnected())
     return std::nullopt;
   xcb_convert_selection(client.X(), client.window, client.selection, client.Atom(target),
@@ -143,20 +151,22 @@ std::optional<std::string> Text(const char* target) {
   return client.Read(property);
 }
 
+std::optional<std::string> Text(const char* target) {
+  return Reader().Text(target);
+}
+
 struct OtherOwner::Connection {
   Client client;
 };
 
-OtherOwner::OtherOwner() : _connection(new Connection()) {
+OtherOwner::OtherOwner() : _connection(std::make_unique<Connection>()) {
   Client& client = _connection->client;
   xcb_set_selection_owner(client.X(), client.window, client.selection, XCB_CURRENT_TIME);
   // The answer to a question comes after what was done before it.
   client.Atom("ORBCEF_TEST");
 }
 
-OtherOwner::~OtherOwner() {
-  delete _connection;
-}
+OtherOwner::~OtherOwner() = default;
 
 }  // namespace clipboard
 

@@ -4,6 +4,7 @@
 #ifndef ORBCEF_TESTS_CLIPBOARD_H
 #define ORBCEF_TESTS_CLIPBOARD_H
 
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -17,8 +18,23 @@ bool Exists();
 std::optional<std::string> Text();
 
 #if !defined(_WIN32)
-// The same by the name of an X11 target, as bytes; atoms are given by their names, each with a
-// space behind it.
+// Asks on a connection that it makes once. One thread at a time.
+class Reader {
+ public:
+  Reader();
+  ~Reader();
+  Reader(const Reader&) = delete;
+  Reader& operator=(const Reader&) = delete;
+
+  // The same by the name of an X11 target, as bytes; atoms are given by their names, each with a
+  // space behind it.
+  std::optional<std::string> Text(const char* target = "UTF8_STRING");
+
+ private:
+  struct Connection;
+  const std::unique_ptr<Connection> _connection;
+};
+
 std::optional<std::string> Text(const char* target);
 
 // Takes the clipboard away from its owner, for the life of the object.
@@ -31,7 +47,7 @@ class OtherOwner {
 
  private:
   struct Connection;
-  Connection* const _connection;
+  const std::unique_ptr<Connection> _connection;
 };
 #endif
 

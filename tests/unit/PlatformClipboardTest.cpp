@@ -150,6 +150,21 @@ TEST_F(PlatformClipboardTest, ALargeTextArrivesWhole) {
   EXPECT_EQ(clipboard::Text(), std::string(large.size(), 'x'));
 }
 
+TEST_F(PlatformClipboardTest, WhoAsksWhileTheTextChangesGetsAnAnswer) {
+  constexpr int kTimes = 100;
+  EXPECT_TRUE(Put(u"abcd", 8));
+  clipboard::Reader reader;
+  int answers = 0;
+  std::thread asking([&] {
+    while (answers < kTimes && reader.Text() == "abcd") ++answers;
+  });
+  for (int i = 0; i < kTimes; ++i) {
+    EXPECT_TRUE(Put(u"abcd", 8));
+  }
+  asking.join();
+  EXPECT_EQ(answers, kTimes);
+}
+
 TEST_F(PlatformClipboardTest, ItsThreadEndsWhenAnotherProgramTakesTheClipboard) {
   fresh_process::Run([] {
     EXPECT_TRUE(WaitForThreads(1));
