@@ -77,7 +77,7 @@ class ClipboardOwner {
  public:
   // Null without a usable display, and for a text that does not fit into one request.
   static std::unique_ptr<ClipboardOwner> Claim(std::string text) {
-    std::unique_ptr<ClipboardOwner> owner(new ClipboardOwner(std::move(text)));
+    auto owner = std::make_unique<ClipboardOwner>(std::move(text));
     if (!owner->Connect() || !owner->Own())
       return nullptr;
     try {
@@ -88,6 +88,7 @@ class ClipboardOwner {
     return owner;
   }
 
+  explicit ClipboardOwner(std::string text) : _text(std::move(text)) {}
   // Ends the ownership.
   ~ClipboardOwner() {
     HangUp();
@@ -105,8 +106,6 @@ class ClipboardOwner {
   }
 
  private:
-  explicit ClipboardOwner(std::string text) : _text(std::move(text)) {}
-
   bool Connect() {
     int screen = 0;
     _x = xcb_connect(nullptr, &screen);

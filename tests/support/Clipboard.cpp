@@ -17,13 +17,19 @@ std::optional<std::string> Text() {
   if (const HANDLE block = GetClipboardData(CF_UNICODETEXT)) {
     const auto* const units = static_cast<const wchar_t*>(GlobalLock(block));
     text.emplace();
-    for (size_t i = 0; i < GlobalSize(block) / sizeof(wchar_t); ++i) {
+    for (size_t i = 0; i < GlobalSize(block) / sizeof(wchar_t) && units[i]; ++i) {
       text->push_back(static_cast<char>(units[i]));
     }
     GlobalUnlock(block);
   }
   CloseClipboard();
   return text;
+}
+
+std::string Arriving(std::string characters) {
+  if (!characters.empty())
+    characters.pop_back();
+  return characters;
 }
 
 }  // namespace clipboard
@@ -128,6 +134,10 @@ bool Exists() {
 
 std::optional<std::string> Text() {
   return Text("UTF8_STRING");
+}
+
+std::string Arriving(std::string characters) {
+  return characters;
 }
 
 struct Reader::Connection {

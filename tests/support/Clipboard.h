@@ -13,9 +13,13 @@ namespace clipboard {
 // False where no test can read or write it: there is no X server.
 bool Exists();
 
-// The text in UTF-8, and nothing if there is none or its owner does not answer. On Windows these
-// are the whole units of the block, in ASCII.
+// The text in UTF-8, and nothing if there is none or its owner does not answer. On Windows it is
+// the block up to its zero, and must be ASCII.
 std::optional<std::string> Text();
+
+// What arrives of characters that fill their bytes: Windows ends a text with a zero in its last two
+// bytes, in place of what is there.
+std::string Arriving(std::string characters);
 
 #if !defined(_WIN32)
 // Asks on a connection that it makes once. One thread at a time.

@@ -224,7 +224,7 @@ TEST_F(ORBCefContextMenuTest, AboutTheFirstHalfOfALinkIsCopied) {
   // 25 units make 26 bytes, and these 13 as well.
   _params->link_url = "http://link.test/abcdefgh";
   EXPECT_EQ(Run(26507), Calls{});
-  EXPECT_EQ(clipboard::Text(), "http://link.t");
+  EXPECT_EQ(clipboard::Text(), clipboard::Arriving("http://link.t"));
   _params->link_url = "";
   EXPECT_EQ(Run(26507), Calls{});
   EXPECT_EQ(clipboard::Text(), "");
