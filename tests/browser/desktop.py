@@ -1,8 +1,13 @@
-"""What a user sees and does on the X server: windows, keys and the mouse, by way of xdotool and xwininfo."""
+"""What a user sees and does: windows, keys and the mouse, on the X server by way of xdotool and xwininfo.
 
+On Windows only the windows are looked for, with user32: the tests share one desktop there, and so one focus.
+"""
+
+import ctypes
 import os
 import re
 import subprocess
+import sys
 import time
 
 from orbcef import scaled
@@ -37,10 +42,32 @@ def wait_until(host, is_so):
     return is_so()
 
 
+def _titled_windows(titles):
+    """The visible windows at the top that belong to this process and whose titles match."""
+    user32 = ctypes.WinDLL("user32")
+    found = []
+
+    @ctypes.WINFUNCTYPE(ctypes.c_int, ctypes.c_void_p, ctypes.c_void_p)
+    def look(window, _):
+        pid = ctypes.c_ulong()
+        title = ctypes.create_unicode_buffer(256)
+        user32.GetWindowThreadProcessId(ctypes.c_void_p(window), ctypes.byref(pid))
+        user32.GetWindowTextW(ctypes.c_void_p(window), title, len(title))
+        is_visible = user32.IsWindowVisible(ctypes.c_void_p(window))
+        if pid.value == os.getpid() and is_visible and re.match(titles, title.value):
+            found.append(window)
+        return True
+
+    user32.EnumWindows(look, None)
+    return found
+
+
 def tools_windows():
     """The windows of the tools that belong to this process: other tests may show some of their own."""
-    return _output("xdotool", "search", "--all", "--onlyvisible", "--pid", str(os.getpid()),
-                   "--name", "^(DevTools|Developer Tools)").split()
+    titles = "^(DevTools|Developer Tools)"
+    if sys.platform == "win32":
+        return _titled_windows(titles)
+    return _output("xdotool", "search", "--all", "--onlyvisible", "--pid", str(os.getpid()), "--name", titles).split()
 
 
 def wait_for_tools(host, are_open):

@@ -4,7 +4,10 @@ import pytest
 from desktop import press, right_click, tools_windows, top_windows, wait_for_tools, wait_until
 from orbcef import LoadingStateChanged, StringsReceived, ZoomChanged
 
-pytestmark = pytest.mark.own_display
+pytestmark = [
+    pytest.mark.own_display,
+    pytest.mark.not_on_windows("keys and clicks would meet the tests beside it, on the one desktop"),
+]
 
 PLAIN = "xortv://webapps/Test/plain.html"
 ECHO = "xortv://webapps/Test/echo.html"

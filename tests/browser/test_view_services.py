@@ -1,7 +1,6 @@
 """What a page and its host ask of a view: its zoom, its size, its home, its developer tools."""
 
 import pytest
-import targets
 from desktop import wait_for_tools
 from orbcef import DocumentSize, LoadingStateChanged, StringsReceived, ZoomChanged
 
@@ -84,7 +83,6 @@ def test_home_is_the_address_that_the_host_gives(open_view):
     page.events.wait_for_kind(StringsReceived, since=mark, strings=("echo", "home"))
 
 
-@pytest.mark.skipif(targets.IS_WINDOWS, reason="looks for the window on the X server")
 def test_the_developer_tools_open_and_close_for_the_page_and_for_the_host(host, open_view):
     page = open_view(PLAIN)
     page.view.execute_javascript("xocef.openDevTools()")
