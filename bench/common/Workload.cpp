@@ -245,7 +245,7 @@ class Script : public Workload {
   Values Results() const override { return _results; }
 
  private:
-  static constexpr int kCount = 10'000;
+  static constexpr int kCount = 40'000;
   static constexpr size_t kLength = 200;
   static constexpr std::array<const char*, 2> kNames = {"main", "thread"};
 
