@@ -8,7 +8,6 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <thread>
@@ -31,24 +30,10 @@ std::string TextOf(const orbcefstring_c* record) {
   return record && record->length ? std::string(record->data, record->length) : std::string();
 }
 
-// A thread that was joined may still be on its way out of the system, where the leak checker faults
-// if it meets one. Bounded, because a test may leave threads that live on.
-void WaitForEndedThreads() {
-#if !defined(_WIN32)
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(50);
-  const auto others = [] {
-    const std::filesystem::directory_iterator tasks("/proc/self/task");
-    return std::distance(begin(tasks), end(tasks)) - 1;
-  };
-  while (others() > 0 && std::chrono::steady_clock::now() < deadline) std::this_thread::yield();
-#endif
-}
-
 // Ends like any program: the client's static objects go, then the stand-in counts what is left.
 [[noreturn]] void RunAndEnd(const std::function<void()>& body) {
   EndAfterLimit();
   body();
-  WaitForEndedThreads();
   std::exit(testing::Test::HasFailure() ? 1 : 0);
 }
 
