@@ -181,6 +181,7 @@ class App : public CefApp, public CefBrowserProcessHandler {
   void OnBeforeCommandLineProcessing(const CefString& process_type,
                                      CefRefPtr<CefCommandLine> command_line) override {
     command_line->AppendSwitch("no-zygote");
+    command_line->AppendSwitchWithValue("disable-features", "SpareRendererForSitePerProcess");
   }
   void OnRegisterCustomSchemes(CefRawPtr<CefSchemeRegistrar> registrar) override {
     registrar->AddCustomScheme("xortv", CEF_SCHEME_OPTION_STANDARD | CEF_SCHEME_OPTION_SECURE |

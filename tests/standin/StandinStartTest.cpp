@@ -297,7 +297,8 @@ TEST(StandinCommandLineTest, TheBrowserProcessGetsItsSwitches) {
     host.Init();
     EXPECT_EQ(control::Last("command_line"),
               "program --disable-gpu --disable-gpu-compositing "
-              "--allow-universal-access-from-files --allow-file-access-from-files" +
+              "--allow-universal-access-from-files --allow-file-access-from-files "
+              "--disable-features=SpareRendererForSitePerProcess" +
                   std::string(kNoZygote));
     Callback null_line("CefApp::OnBeforeCommandLineProcessing");
     EXPECT_TRUE(null_line.Null(0).Play());

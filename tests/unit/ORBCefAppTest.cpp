@@ -162,6 +162,26 @@ TEST_F(ORBCefAppTest, TheGPUSwitchesComeBeforeTheFileAccessSwitches) {
                                                   "allow-file-access-from-files"));
 }
 
+TEST_F(ORBCefAppTest, OnlyTheBrowserProcessIsToldToKeepNoRendererInReserve) {
+  const CefRefPtr<ORBCefApp> app = new ORBCefApp(ProcessKind::kBrowser);
+  const auto browser_line = CommandLine({});
+  app->OnBeforeCommandLineProcessing(CefString(), browser_line);
+  EXPECT_EQ(browser_line->GetSwitchValue("disable-features").ToString(),
+            "SpareRendererForSitePerProcess");
+
+  const auto renderer_line = CommandLine({});
+  app->OnBeforeCommandLineProcessing("renderer", renderer_line);
+  EXPECT_FALSE(renderer_line->HasSwitch("disable-features"));
+}
+
+TEST_F(ORBCefAppTest, FeaturesThatAreAlreadyTakenAwayStayTakenAway) {
+  const CefRefPtr<ORBCefApp> app = new ORBCefApp(ProcessKind::kBrowser);
+  const auto line = CommandLine({"--disable-features=One,Two"});
+  app->OnBeforeCommandLineProcessing(CefString(), line);
+  EXPECT_EQ(line->GetSwitchValue("disable-features").ToString(),
+            "One,Two,SpareRendererForSitePerProcess");
+}
+
 #if defined(OS_LINUX)
 TEST_F(ORBCefAppTest, OnlyTheBrowserProcessIsToldToUseNoZygote) {
   const CefRefPtr<ORBCefApp> browser = new ORBCefApp(ProcessKind::kBrowser);

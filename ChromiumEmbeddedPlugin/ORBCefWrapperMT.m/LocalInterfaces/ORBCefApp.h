@@ -39,6 +39,7 @@ constexpr char kUtilityStartupDialog[] = "utility-startup-dialog";
 constexpr char kDpiAware[] = "dpi-aware";
 constexpr char kStubPort[] = "mc-stub-port";
 constexpr char kNoZygote[] = "no-zygote";
+constexpr char kDisableFeatures[] = "disable-features";
 }  // namespace ORBCefSwitch
 
 // The scheme of the installation's files, and the two hosts that it has.

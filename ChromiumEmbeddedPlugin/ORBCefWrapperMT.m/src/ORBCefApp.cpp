@@ -23,6 +23,19 @@ constexpr int kSchemeOptions = CEF_SCHEME_OPTION_STANDARD | CEF_SCHEME_OPTION_SE
                                CEF_SCHEME_OPTION_CORS_ENABLED | CEF_SCHEME_OPTION_FETCH_ENABLED;
 static_assert(kSchemeOptions == 89, "All processes register the scheme with the same options.");
 
+// The engine's renderer in reserve, which gets the next page of another site. It asks which view
+// the page belongs to so soon that the engine may not know it yet, and then neither bindings nor
+// scripts ever reach that page.
+constexpr char kSpareRenderer[] = "SpareRendererForSitePerProcess";
+
+// Adds to the features that the command line already takes away.
+void DisableFeature(const CefRefPtr<CefCommandLine>& command_line, const char* feature) {
+  std::string features = command_line->GetSwitchValue(ORBCefSwitch::kDisableFeatures).ToString();
+  if (!features.empty())
+    features += ',';
+  command_line->AppendSwitchWithValue(ORBCefSwitch::kDisableFeatures, features + feature);
+}
+
 }  // namespace
 
 ORBCefApp::ORBCefApp(ProcessKind kind) {
@@ -69,6 +82,8 @@ void ORBCefApp::OnBeforeCommandLineProcessing(const CefString& process_type,
   }
   command_line->AppendSwitch(ORBCefSwitch::kUniversalAccessFromFiles);
   command_line->AppendSwitch(ORBCefSwitch::kFileAccessFromFiles);
+  if (process_type.empty())
+    DisableFeature(command_line, kSpareRenderer);
 #if defined(OS_LINUX)
   // A renderer that is forked from a zygote keeps the application object of the zygote, which is
   // of no kind of its own, and its pages would have no bindings.
