@@ -94,7 +94,7 @@ def run_with(item, variables):
     folder = tempfile.mkdtemp(prefix="orbcef-test-")
     profile = os.path.join(folder, "profile")
     os.mkdir(profile)
-    command = [*targets.python(), "-m", "pytest", "-q", "--browser-child", "-p", "no:cacheprovider", "-p", "no:xdist",
+    command = [*targets.python(), "-m", "pytest", "-q", "--browser-child", "-p", "no:cacheprovider",
                "--tb=short", "-rs",
                # Where a test hangs is told at half of its limit.
                "-o", f"faulthandler_timeout={scaled(LIMIT_SECONDS) / 2}", f"--rootdir={targets.inside(item.path.parent)}",
