@@ -287,10 +287,12 @@ def test_a_full_disk(rig, capsys, monkeypatch):
 
 @pytest.mark.parametrize("number", [signal.SIGINT, signal.SIGTERM])
 def test_an_interrupted_run_leaves_nothing(rig, number):
-    # The stand-in for Maven ends its own parent, at a moment when a fetch is surely under way.
+    # The stand-in for Maven ends its own parent, at a moment when a fetch is surely under way. A shell's background job
+    # ignores SIGINT, and hands that on to its children: the run under test has it as at a terminal.
     rig.maven.does(f"echo part > $out/part; kill -{int(number)} $PPID; exec sleep 5")
     script = (
-        f"import sys; sys.path.insert(0, {str(ROOT / 'engine/fetch')!r})\n"
+        f"import signal, sys; sys.path.insert(0, {str(ROOT / 'engine/fetch')!r})\n"
+        "signal.signal(signal.SIGINT, signal.default_int_handler)\n"
         "import fetch_engine, artifacts\n"
         "artifact = artifacts.Artifact('org.example', 'engine-natives', '1', 1, 'x')\n"
         "fetch_engine.ARTIFACTS = {('108', 'linux-x64'): artifact}\n"
