@@ -1,8 +1,9 @@
-"""What a user sees and does: windows, keys and the mouse, on the X server by way of xdotool and xwininfo.
+"""What a user sees and does: windows on the X server, keys and the mouse by way of xdotool.
 
 On Windows only the windows are looked for, with user32: the tests share one desktop there, and so one focus.
 """
 
+import contextlib
 import ctypes
 import os
 import re
@@ -16,10 +17,6 @@ from orbcef import scaled
 SPOT = (300, 200)
 
 
-def _output(*command):
-    return subprocess.run(command, capture_output=True, text=True, check=False).stdout
-
-
 def press(*keys):
     """Presses keys one after the other, "ctrl+r", in the window that has the focus."""
     subprocess.run(["xdotool", "key", *keys], check=True)
@@ -29,9 +26,38 @@ def right_click():
     subprocess.run(["xdotool", "mousemove", *map(str, SPOT), "click", "3"], check=True)
 
 
+@contextlib.contextmanager
+def _screen():
+    """The windows of the display, asked for one by one: tools that list them fail when one goes meanwhile."""
+    from Xlib import display  # Not there for a Python for Windows.
+
+    connection = display.Display()
+    try:
+        yield connection
+    finally:
+        connection.close()
+
+
 def top_windows():
     """All windows just below the root, also those that no window manager would know."""
-    return set(re.findall(r"^ +(0x[0-9a-f]+) ", _output("xwininfo", "-root", "-children"), re.MULTILINE))
+    with _screen() as screen:
+        return {window.id for window in screen.screen().root.query_tree().children}
+
+
+def visible_windows(titles):
+    """The visible windows at the top whose titles match, each as its number and the process that it names."""
+    from Xlib import X, error
+
+    found = []
+    with _screen() as screen:
+        pid = screen.intern_atom("_NET_WM_PID")
+        for window in screen.screen().root.query_tree().children:
+            with contextlib.suppress(error.BadWindow):
+                is_visible = window.get_attributes().map_state == X.IsViewable
+                owner = window.get_full_property(pid, X.AnyPropertyType)
+                if is_visible and re.match(titles, window.get_wm_name() or ""):
+                    found.append((window.id, owner.value[0] if owner else None))
+    return found
 
 
 def wait_until(host, is_so):
@@ -67,7 +93,7 @@ def tools_windows():
     titles = "^(DevTools|Developer Tools)"
     if sys.platform == "win32":
         return _titled_windows(titles)
-    return _output("xdotool", "search", "--all", "--onlyvisible", "--pid", str(os.getpid()), "--name", titles).split()
+    return [window for window, pid in visible_windows(titles) if pid == os.getpid()]
 
 
 def wait_for_tools(host, are_open):

@@ -6,6 +6,7 @@ import select
 import subprocess
 import time
 
+import desktop
 import orbcef
 import pytest
 import targets
@@ -40,11 +41,9 @@ def test_the_minimal_host_opens_and_closes_on_a_relative_root(tmp_path):
                             stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
     try:
         read_until(host, "loading ended")
-        windows = subprocess.run(["xdotool", "search", "--name", "^orbcef_minimal_host$"], capture_output=True,
-                                 text=True, check=True).stdout.split()
-        assert len(windows) == 1
+        ((window, _),) = desktop.visible_windows("^orbcef_minimal_host$")
         messenger = orbcef.Window(orbcef.MainThread(), 1, 1)
-        messenger.ask_to_close(int(windows[0]))
+        messenger.ask_to_close(window)
         messenger.close()
         assert host.wait(scaled(15)) == 0
     finally:
