@@ -318,36 +318,3 @@ def test_the_program_itself_ends_with_its_code():
     )
     assert done.returncode == 2
     assert "no suite 'nonsense'" in done.stderr
-
-
-def case(name, message=None):
-    told = f'<failure message="{message}"/>' if message else ""
-    return f'<testcase classname="A" name="{name}">{told}</testcase>'
-
-
-@pytest.mark.parametrize(
-    ("message", "second", "failed", "asked"),
-    [
-        ("LeakSanitizer has encountered a fatal error.", None, 0, ["", "A.b"]),
-        ("LeakSanitizer has encountered a fatal error.", "a leak", 1, ["", "A.b"]),
-        ("a leak", None, 1, [""]),
-    ],
-)
-def test_a_test_whose_leak_checker_died_is_asked_once_more(
-    monkeypatch, tmp_path, message, second, failed, asked
-):
-    reports = [case("b", message) + case("c"), case("b", second)]
-    filters = []
-
-    def program(_, options, **__):
-        filters.append("".join(o.partition("=")[2] for o in options if "filter" in o))
-        text = reports[len(filters) - 1]
-        (tmp_path / "one.xml").write_text(f"<suite>{text}</suite>")
-        return subprocess.CompletedProcess([], int("failure" in text), stdout="")
-
-    monkeypatch.setattr(run_tests, "REPORTS", tmp_path)
-    monkeypatch.setattr(run_tests, "_programs", lambda _: [run_tests.Program("one", ["one"])])
-    monkeypatch.setattr(run_tests, "_run_program", program)
-    counts = run_tests.run_programs("standin")([])
-    assert (counts.passed + counts.failed, counts.failed) == (2, failed)
-    assert filters == asked
