@@ -153,12 +153,14 @@ static void check_browser(orbcefglobal_c* global, const char* module) {
 }
 
 int main(int argc, char** argv) {
+  char folder[4096];
   if (argc != 3) {
     fprintf(stderr, "usage: %s MODULE ROOT\n", argv[0]);
     return 2;
   }
   put_variable("ORBInstallPath", argv[2]);
-  put_variable("ORBCEF_NOCACHE", "1");
+  // Without a directory for its cache the engine leaves files wherever the process then stands.
+  put_variable("ORBTemp", current_directory(folder, sizeof(folder)));
   check_browser(get_global(load_factory(argv[1])), argv[1]);
   return finish();
 }

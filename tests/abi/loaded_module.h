@@ -10,9 +10,11 @@
 #include <string.h>
 
 #if defined(_WIN32)
+#include <direct.h>
 #include <windows.h>
 #else
 #include <dlfcn.h>
+#include <unistd.h>
 #endif
 
 #include "check.h"
@@ -35,6 +37,9 @@ static const char* const kTempVariable = "TEMP";
 static inline int put_variable(const char* name, const char* value) {
   return _putenv_s(name, value);
 }
+static inline const char* current_directory(char* path, int size) {
+  return _getcwd(path, size);
+}
 #else
 static void* open_library(const char* path) {
   void* module = dlopen(path, RTLD_NOW | RTLD_LOCAL);
@@ -51,6 +56,9 @@ static const char* const kTempVariable = "TMPDIR";
 #define MISSING_DIRECTORY "/nowhere/at/all"
 static inline int put_variable(const char* name, const char* value) {
   return setenv(name, value, 1);
+}
+static inline const char* current_directory(char* path, int size) {
+  return getcwd(path, (size_t)size);
 }
 #endif
 
