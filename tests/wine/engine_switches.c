@@ -8,7 +8,7 @@
 #include <stddef.h>
 #include <windows.h>
 
-#include "engine_waits.h"
+#include "engine_corrections.h"
 #include "include/capi/cef_functions.h"
 #include "include/capi/cef_structs.h"
 
@@ -60,7 +60,7 @@ BOOL WINAPI DllMain(HINSTANCE library, DWORD reason, void* reserved) {
   (void)reserved;
   if (reason == DLL_PROCESS_ATTACH) {
     // Loaded already, since this library imports from it.
-    correct_waits(GetModuleHandleW(L"libcef_engine.dll"));
+    correct_system_calls(GetModuleHandleW(L"libcef_engine.dll"));
   }
   return TRUE;
 }
