@@ -2,8 +2,8 @@
 // wine's own are wrong.
 //
 // The end of a wait for an object returns now and then while the wait's callback still runs, or
-// before it begins; the engine has then freed what the callback uses, and faults. So callback and
-// end are held apart.
+// before it begins, and the engine has then freed what the callback uses; or it faults itself, over
+// a callback that is just on its way. So each wait has a thread of its own here.
 //
 // A handle is taken out of another process in one step, which wine leaves to a thread of that
 // process; if the process ends before the thread comes to it, the call never returns. That is how a
@@ -18,47 +18,91 @@
 #include <windows.h>
 
 struct wait {
-  CRITICAL_SECTION turn;
+  // Of the caller of the begin until its end, and of the thread.
+  volatile LONG references;
   WAITORTIMERCALLBACK callback;
   void* parameter;
-  HANDLE handle;
-  BOOL is_over;
+  ULONG milliseconds;
+  ULONG flags;
+  HANDLE object;
+  HANDLE end;
+  HANDLE is_done;
+  HANDLE thread;
+  DWORD thread_id;
 };
 
-static void CALLBACK run(void* parameter, BOOLEAN timed_out) {
-  struct wait* wait = parameter;
-  EnterCriticalSection(&wait->turn);
-  if (!wait->is_over) {
-    wait->callback(wait->parameter, timed_out);
+static void release(struct wait* wait) {
+  if (InterlockedDecrement(&wait->references) == 0) {
+    CloseHandle(wait->end);
+    CloseHandle(wait->is_done);
+    CloseHandle(wait->thread);
+    free(wait);
   }
-  LeaveCriticalSection(&wait->turn);
+}
+
+static DWORD WINAPI run(void* parameter) {
+  struct wait* wait = parameter;
+  // The end stands first, so that it counts where both are set.
+  const HANDLE objects[] = {wait->end, wait->object};
+  BOOL is_once = FALSE;
+  while (!is_once) {
+    const DWORD result = WaitForMultipleObjects(2, objects, FALSE, wait->milliseconds);
+    if (result != WAIT_OBJECT_0 + 1 && result != WAIT_TIMEOUT) {
+      break;
+    }
+    wait->callback(wait->parameter, result == WAIT_TIMEOUT);
+    is_once = (wait->flags & WT_EXECUTEONLYONCE) != 0;
+  }
+  SetEvent(wait->is_done);
+  release(wait);
+  return 0;
 }
 
 static BOOL WINAPI begin_wait(HANDLE* handle, HANDLE object, WAITORTIMERCALLBACK callback,
                               void* parameter, ULONG milliseconds, ULONG flags) {
-  // Never freed: wine may still call it after its end.
   struct wait* wait = calloc(1, sizeof(*wait));
   if (!wait) {
     SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     return FALSE;
   }
-  InitializeCriticalSection(&wait->turn);
-  wait->callback = callback;
-  wait->parameter = parameter;
+  *wait = (struct wait){.references = 2,
+                        .callback = callback,
+                        .parameter = parameter,
+                        .milliseconds = milliseconds,
+                        .flags = flags,
+                        .object = object,
+                        .end = CreateEventW(NULL, TRUE, FALSE, NULL),
+                        .is_done = CreateEventW(NULL, TRUE, FALSE, NULL)};
+  // The callback may end the wait, so everything is written before it can begin.
+  wait->thread = CreateThread(NULL, 0, run, wait, CREATE_SUSPENDED, &wait->thread_id);
+  if (!wait->thread) {
+    const DWORD error = GetLastError();
+    wait->references = 1;
+    release(wait);
+    SetLastError(error);
+    return FALSE;
+  }
   *handle = wait;
-  return RegisterWaitForSingleObject(&wait->handle, object, run, wait, milliseconds, flags);
+  ResumeThread(wait->thread);
+  return TRUE;
 }
 
+// Whether nothing runs any more: with an invalid handle as the event that is waited for, except by
+// the callback itself. The engine gives no other event.
 static BOOL WINAPI end_wait_ex(HANDLE handle, HANDLE event) {
   struct wait* wait = handle;
-  BOOL is_done = UnregisterWaitEx(wait->handle, event);
-  if (event == INVALID_HANDLE_VALUE) {
-    EnterCriticalSection(&wait->turn);
-    wait->is_over = TRUE;
-    LeaveCriticalSection(&wait->turn);
-    is_done = TRUE;
+  // At the end of the process the system ends the threads first.
+  const HANDLE ends[] = {wait->is_done, wait->thread};
+  const BOOL is_waited_for =
+      event == INVALID_HANDLE_VALUE && wait->thread_id != GetCurrentThreadId();
+  SetEvent(wait->end);
+  const BOOL is_over =
+      WaitForMultipleObjects(2, ends, FALSE, is_waited_for ? INFINITE : 0) != WAIT_TIMEOUT;
+  release(wait);
+  if (!is_over) {
+    SetLastError(ERROR_IO_PENDING);
   }
-  return is_done;
+  return is_over;
 }
 
 static BOOL WINAPI end_wait(HANDLE handle) {
