@@ -92,7 +92,9 @@ def run_programs(suite: str) -> Suite:
         done = _run_program(program, options, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
         counts = test_results.with_exit_status(test_results.from_junit(report), done.returncode)
         if counts.failed:
-            print(done.stdout, end="", flush=True)
+            # A program that died may have said nothing of it, and left no report.
+            end = f"{program.name} ended with status {done.returncode}\n"
+            print(done.stdout, end=end, flush=True)
         _tell(program.name, counts)
         return counts
 

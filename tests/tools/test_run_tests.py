@@ -172,6 +172,12 @@ def test_unit_programs(monkeypatch, own_build, script, counts):
     assert run_tests.run_programs("unit")([]) == counts
 
 
+def test_a_program_that_dies_is_told_with_its_status(monkeypatch, own_build, capsys):
+    register_programs(monkeypatch, own_build, {"program": "echo said; kill -SEGV $$"})
+    run_tests.run_programs("unit")([])
+    assert capsys.readouterr().out.startswith("said\nprogram ended with status -11\n")
+
+
 def test_programs_for_windows_get_their_report_by_a_name_with_a_drive(monkeypatch, own_build):
     monkeypatch.setattr(run_tests, "BUILD", own_build / "windows-x64")
     told = own_build / "told"
